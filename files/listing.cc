@@ -1,0 +1,53 @@
+#include "files/listing.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "files/directory.h"
+#include "files/file_details.h"
+#include "shell/output.h"
+
+namespace {
+
+constexpr size_t kTamRuta = 1024;
+
+bool Oculto(const char *nombre) { return nombre[0] == '.'; }
+
+} // namespace
+
+int ListarDirectorio(const char *dir, int corto, int hid, int rec, int link, int acc) {
+    if (rec == 2) ListarSubdirectorios(dir, corto, hid, rec, link, acc);
+    const int resultado = ListarDirectorioSimple(dir, corto, hid, link, acc);
+    const int motivo = errno;
+    if (rec == 1) ListarSubdirectorios(dir, corto, hid, rec, link, acc);
+    errno = motivo;
+    return resultado;
+}
+
+int ListarDirectorioSimple(const char *dir, int corto, int hid, int link, int acc) {
+    Directorio d(opendir(dir));
+    if (!d.Abierto()) return -1;
+    Imprimir("************%s\n", dir);
+    while (const dirent *entrada = d.Siguiente()) {
+        if (!hid && Oculto(entrada->d_name)) continue;
+        EscribirTexto(DetallesFichero(corto, d.df(), entrada->d_name, link, acc));
+        EscribirBytes("\n", 1);
+    }
+    return d.Cerrar();
+}
+
+int ListarSubdirectorios(const char *dir, int corto, int hid, int rec, int link, int acc) {
+    Directorio d(opendir(dir));
+    if (!d.Abierto()) return -1;
+    while (const dirent *entrada = d.Siguiente()) {
+        if (EsPuntoOPuntoPunto(entrada->d_name) || (!hid && Oculto(entrada->d_name))) continue;
+        if (!EntradaEsDirectorio(d.df(), entrada)) continue;
+        char ruta[kTamRuta];
+        if (snprintf(ruta, sizeof ruta, "%s/%s", dir, entrada->d_name) < static_cast<int>(sizeof ruta))
+            ListarDirectorio(ruta, corto, hid, rec, link, acc);
+        else // a path that does not fit is not listed under a shorter name
+            Imprimir("Error al listar directorio %s/%s:%s\n", dir, entrada->d_name, strerror(ENAMETOOLONG));
+    }
+    return d.Cerrar();
+}

@@ -1,0 +1,84 @@
+#include <fcntl.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "files/commands.h"
+#include "files/file_details.h"
+#include "files/listing.h"
+#include "shell/output.h"
+
+namespace {
+
+/// What the leading option words of a listing command ask for.
+struct Opciones {
+    int corto = 1;
+    int link = 0;
+    int acc = 0;
+    int hid = 0;
+    int rec = 0;
+};
+
+/// Which options a command knows besides -long, -link and -acc.
+enum { kSoloComunes = 0, kConOcultos = 1, kConRecursion = 2 };
+
+/// Reads the options from the first word on. Returns the list of the names that follow them.
+char **LeerOpciones(char *args[], int conocidas, Opciones *o) {
+    for (; *args; args++) {
+        if (strcmp(*args, "-long") == 0)
+            o->corto = 0;
+        else if (strcmp(*args, "-link") == 0)
+            o->link = 1;
+        else if (strcmp(*args, "-acc") == 0)
+            o->acc = 1;
+        else if ((conocidas & kConOcultos) && strcmp(*args, "-hid") == 0)
+            o->hid = 1;
+        else if ((conocidas & kConRecursion) && strcmp(*args, "-reca") == 0)
+            o->rec = 1;
+        else if ((conocidas & kConRecursion) && strcmp(*args, "-recb") == 0)
+            o->rec = 2;
+        else
+            break;
+    }
+    return args;
+}
+
+void ImprimirDetalles(const char *nombre, const Opciones &o) {
+    EscribirTexto(DetallesFichero(o.corto, AT_FDCWD, nombre, o.link, o.acc));
+    EscribirTexto("\n");
+}
+
+void ListarNombres(char *args[], int conocidas, int recursion) {
+    Opciones o;
+    o.rec = recursion;
+    char **nombres = LeerOpciones(args, conocidas, &o);
+    if (!*nombres) {
+        PrintDirActual();
+        return;
+    }
+    IniciarDetalles();
+    for (; *nombres; nombres++) {
+        if (!EsDirectorio(*nombres))
+            ImprimirDetalles(*nombres, o);
+        else if (ListarDirectorio(*nombres, o.corto, o.hid, o.rec, o.link, o.acc) == -1)
+            Imprimir("Error al listar directorio %s:%s\n", *nombres, strerror(errno));
+    }
+}
+
+} // namespace
+
+void Cmd_stat(char *args[]) {
+    Opciones o;
+    char **nombres = LeerOpciones(args, kSoloComunes, &o);
+    if (!*nombres) {
+        PrintDirActual();
+        return;
+    }
+    IniciarDetalles();
+    for (; *nombres; nombres++) ImprimirDetalles(*nombres, o);
+}
+
+void Cmd_listdir(char *args[]) { ListarNombres(args, kConOcultos, 0); }
+void Cmd_listrec(char *args[]) { ListarNombres(args, kConOcultos, 1); }
+void Cmd_listrev(char *args[]) { ListarNombres(args, kConOcultos, 2); }
+void Cmd_list(char *args[]) { ListarNombres(args, kConOcultos | kConRecursion, 0); }

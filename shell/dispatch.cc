@@ -1,0 +1,20 @@
+#include "processes/commands.h"
+#include "shell/command_names.h"
+#include "shell/command_table.h"
+#include "shell/help.h"
+#include "shell/output.h"
+#include "shell/shell.h"
+
+void ProcesarEntrada(char *palabras[]) {
+    if (!palabras[0]) return;
+    if (PideAyuda(palabras)) return;
+    const char *nombre = RealCommand(palabras[0]);
+    if (!nombre) {
+        Imprimir("Abreviatura de comando no unica: %s\n", palabras[0]);
+        return;
+    }
+    if (const CommandEntry *comando = BuscarComando(nombre))
+        comando->manejador(palabras + 1);
+    else
+        Cmd_pplano(palabras); // no built-in command: the whole line is a program and its arguments
+}

@@ -1,0 +1,15 @@
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "shell/commands.h"
+#include "shell/element_list.h"
+#include "shell/input.h"
+
+void Cmd_exit(char *[]) {
+    HistoricClear();
+    PathClear();
+    EntornoClear();
+    SincronizarES();
+    exit(0);
+}

@@ -1,0 +1,59 @@
+#include <cstdlib>
+#include <cstring>
+
+#include "shell/commands.h"
+#include "shell/element_list.h"
+#include "shell/output.h"
+#include "shell/shell.h"
+#include "shell/words.h"
+
+namespace {
+
+constexpr int kMaxRepeticiones = 10; // nested repetitions that one typed line may start
+
+/// Runs entry n of the historic again; the repeated line is not stored anew.
+void RepeatHistoric(int n) {
+    ++loopHistoric;
+    const char *entrada = HistoricGet(n);
+    if (!entrada) {
+        Imprimir("No hay elemento %d en el historico\n", n);
+        return;
+    }
+    // Buffers of this call: the entry that it repeats may repeat another one.
+    char linea[kMaxLinea];
+    char *palabras[kMaxPalabras];
+    strcpy(linea, entrada); // an entry was a line
+    Imprimir("Ejecutando hist (%d): %s\n", n, linea);
+    if (TrocearCadena(linea, palabras) == 0) {
+        Imprimir("Nada que ejecutar en el elemento %d del historico\n", n);
+        return;
+    }
+    if (loopHistoric <= kMaxRepeticiones)
+        ProcesarEntrada(palabras);
+    else
+        EscribirTexto("Demasiada recursion en hist\n");
+}
+
+} // namespace
+
+void Cmd_hist(char *args[]) {
+    if (!args[0]) {
+        HistoricPrint();
+    } else if (strcmp(args[0], "-c") == 0) {
+        HistoricClear();
+    } else if (args[0][0] == '-') {
+        HistoricPrintN(atoi(args[0] + 1));
+    } else {
+        char *fin;
+        const unsigned long n = strtoul(args[0], &fin, 10);
+        // A number too large for a position names no entry, like any other beyond the last.
+        if (*fin == '\0') RepeatHistoric(static_cast<int>(n <= kMaxElementos ? n : kMaxElementos));
+    }
+}
+
+void Cmd_command(char *args[]) {
+    if (args[0])
+        RepeatHistoric(atoi(args[0]));
+    else
+        HistoricPrint();
+}

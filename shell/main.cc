@@ -1,0 +1,78 @@
+#include <cerrno>
+#include <cstring>
+
+#include "files/file_details.h"
+#include "shell/commands.h"
+#include "shell/element_list.h"
+#include "shell/input.h"
+#include "shell/output.h"
+#include "shell/prompt.h"
+#include "shell/shell.h"
+#include "shell/systemd_warning.h"
+#include "shell/words.h"
+
+namespace {
+
+// Static: they live across the jump to EstadoGuardado.
+char *palabras_[kMaxPalabras];
+char linea_[kMaxLinea];
+char copia_[kMaxLinea];
+int finesSeguidos_;
+
+/// Whether the loop goes on after a read that gave no line.
+bool SeguirTrasFallo(Lectura resultado) {
+    if (!HaySenales) return false;
+    if (resultado == Lectura::Interrumpida) return true;
+    // A terminal can give more after its end of input (Ctrl-D), so the loop goes on, though not for ever; a
+    // file or a pipe that has ended, or a descriptor that cannot be read, gives nothing more.
+    constexpr int kMaxFinesSeguidos = 10;
+    return resultado == Lectura::Fin && EntradaEsTerminal() && ++finesSeguidos_ < kMaxFinesSeguidos;
+}
+
+void GuardarEnHistorico(char *linea) {
+    linea[strcspn(linea, "\n")] = '\0';
+    errno = 0;
+    if (HistoricAdd(linea) == -1 && errno != 0) Imprimir("Comando no almacenado: %s\n", strerror(errno));
+}
+
+void BuclePrincipal() {
+    for (;;) {
+        loopHistoric = 0;
+        PrintPrompt();
+        const Lectura resultado = LeerLinea(linea_, sizeof linea_);
+        if (resultado != Lectura::Linea) {
+            if (SeguirTrasFallo(resultado)) continue;
+            return;
+        }
+        finesSeguidos_ = 0;
+        strcpy(copia_, linea_);
+        if (TrocearCadena(linea_, palabras_) == 0) continue;
+        GuardarEnHistorico(copia_);
+        ProcesarEntrada(palabras_);
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[], char *env[]) {
+    char version[] = "version";
+    palabras_[0] = version;
+    if (CheckForSystemd()) AvisoPorSystemd();
+    main3arg = env;
+    addrmain3arg = &env;
+    const char *programa = argc > 0 ? argv[0] : "";
+    FechaEjecutable = FechaFichero(programa);
+    EscribirTexto("Iniciando shell..\n");
+    if (argc > 1 && strcmp(argv[1], "-p") == 0) {
+    } else {
+        Imprimir("Ejecutar %s -p para importar el path\n\n", programa);
+    }
+    Cmd_version(palabras_ + 1);
+    if (setjmp(EstadoGuardado) != 0) {
+        SoltarRetenidas();
+        EscribirTexto("Shell restaurado a su estado al pricipio de main\n");
+    }
+    BuclePrincipal();
+    SincronizarES();
+    return 0;
+}

@@ -1,0 +1,176 @@
+#include "shell/output.h"
+
+#include <poll.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+constexpr size_t kTamSalida = 65536;
+
+char texto_[kTamSalida];
+
+/// The part of texto_ that is waiting to be written.
+struct Tramo {
+    uint32_t inicio, fin;
+};
+std::atomic<Tramo> tramo_;
+static_assert(std::atomic<Tramo>::is_always_lock_free, "a handler must find both bounds or neither");
+
+sigset_t retenidas_;               // the signals held off while writing
+volatile bool hayRetenidas_;       // until one is named, a write costs no other system call
+sigset_t mascaraPrevia_;           // the mask to put back after a write
+volatile sig_atomic_t reteniendo_; // a write is under way with signals held off
+bool rechazada_;                   // descriptor 1 refused the last write
+
+void Publicar(Tramo t) { tramo_.store(t, std::memory_order_release); }
+
+/// Writes texto_ from inicio up to `hasta`, and lets go of it whatever happens.
+void Escribir(uint32_t hasta) {
+    const Tramo t = tramo_.load(std::memory_order_relaxed);
+    if (t.inicio == hasta) return;
+    const int motivo = errno;
+    const bool retener = hayRetenidas_ && !reteniendo_;
+    if (retener) {
+        sigprocmask(SIG_BLOCK, &retenidas_, &mascaraPrevia_);
+        reteniendo_ = 1;
+    }
+    const int resultado = EscribirTodo(STDOUT_FILENO, texto_ + t.inicio, hasta - t.inicio);
+    const int rechazo = errno;
+    Publicar(hasta == t.fin ? Tramo{0, 0} : Tramo{hasta, t.fin});
+    if (retener) {
+        reteniendo_ = 0;
+        sigprocmask(SIG_SETMASK, &mascaraPrevia_, nullptr);
+    }
+    // The text is lost, so the user is told; once, or a closed descriptor would double every line from there
+    // on.
+    if (resultado == -1 && !rechazada_) {
+        rechazada_ = true;
+        errno = rechazo;
+        InformarError("Imposible escribir en la salida estandar");
+    } else if (resultado == 0) {
+        rechazada_ = false;
+    }
+    errno = motivo;
+}
+
+/// Makes room for `n` bytes at the end: writes the complete lines, keeps the line that is still being formed.
+/// A line that fills half of the buffer is written in parts.
+void HacerSitio(size_t n) {
+    Tramo t = tramo_.load(std::memory_order_relaxed);
+    if (kTamSalida - t.fin >= n) return;
+    const void *fin = memrchr(texto_ + t.inicio, '\n', t.fin - t.inicio);
+    const uint32_t corte = fin ? static_cast<uint32_t>(static_cast<const char *>(fin) + 1 - texto_) : t.fin;
+    const uint32_t resto = t.fin - corte;
+    if (resto > corte || kTamSalida - resto < n) {
+        Escribir(t.fin);
+        return;
+    }
+    Escribir(corte);
+    if (resto == 0) return;
+    memcpy(texto_, texto_ + corte, resto);
+    Publicar({0, resto});
+}
+
+} // namespace
+
+int EscribirTodo(int df, const void *bytes, size_t n) {
+    const char *p = static_cast<const char *>(bytes);
+    while (n > 0) {
+        const ssize_t escritos = write(df, p, n);
+        if (escritos >= 0) {
+            p += escritos;
+            n -= static_cast<size_t>(escritos);
+        } else if (errno == EAGAIN) {
+            struct pollfd espera = {df, POLLOUT, 0};
+            poll(&espera, 1, -1);
+        } else if (errno != EINTR) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+char *ReservarSalida(size_t n) {
+    HacerSitio(n);
+    return texto_ + tramo_.load(std::memory_order_relaxed).fin;
+}
+
+void ConfirmarSalida(size_t n) {
+    const Tramo t = tramo_.load(std::memory_order_relaxed);
+    Publicar({t.inicio, t.fin + static_cast<uint32_t>(n)});
+}
+
+void EscribirBytes(const void *bytes, size_t n) {
+    const char *p = static_cast<const char *>(bytes);
+    while (n > 0) {
+        const size_t parte = n < kMaxReserva ? n : kMaxReserva;
+        memcpy(ReservarSalida(parte), p, parte);
+        ConfirmarSalida(parte);
+        p += parte;
+        n -= parte;
+    }
+}
+
+void EscribirTexto(const char *texto) { EscribirBytes(texto, strlen(texto)); }
+
+void Imprimir(const char *formato, ...) {
+    const int motivo = errno;
+    va_list args, otraVez;
+    va_start(args, formato);
+    va_copy(otraVez, args);
+    char *sitio = ReservarSalida(kMaxReserva);
+    const int n = vsnprintf(sitio, kMaxReserva, formato, args);
+    if (n >= 0 && static_cast<size_t>(n) < kMaxReserva) {
+        ConfirmarSalida(static_cast<size_t>(n));
+    } else if (n >= 0) {
+        // Longer than the room kept for one call (an environment entry may be): straight out, in order.
+        VolcarSalida();
+        vdprintf(STDOUT_FILENO, formato, otraVez);
+    }
+    va_end(otraVez);
+    va_end(args);
+    errno = motivo;
+}
+
+void VolcarSalida() { Escribir(tramo_.load(std::memory_order_relaxed).fin); }
+
+void InformarError(const char *texto) {
+    const int motivo = errno;
+    VolcarSalida();
+    char linea[5000];
+    int n = snprintf(linea, sizeof linea, "%s: %s\n", texto, strerror(motivo));
+    if (n >= static_cast<int>(sizeof linea)) n = sizeof linea - 1;
+    EscribirTodo(STDERR_FILENO, linea, static_cast<size_t>(n));
+    errno = motivo;
+}
+
+void RetenerAlVolcar(int sig) {
+    switch (sig) {
+    case SIGSEGV:
+    case SIGBUS:
+    case SIGFPE:
+    case SIGILL: return;
+    default: break;
+    }
+    if (!hayRetenidas_) sigemptyset(&retenidas_);
+    sigaddset(&retenidas_, sig);
+    hayRetenidas_ = true;
+}
+
+void SoltarRetenidas() {
+    if (!reteniendo_) return;
+    reteniendo_ = 0;
+    sigset_t soltar;
+    sigemptyset(&soltar);
+    for (int sig = 1; sig < NSIG; sig++)
+        if (sigismember(&retenidas_, sig) == 1 && sigismember(&mascaraPrevia_, sig) == 0)
+            sigaddset(&soltar, sig);
+    sigprocmask(SIG_UNBLOCK, &soltar, nullptr);
+}

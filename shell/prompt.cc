@@ -1,0 +1,174 @@
+#include "shell/prompt.h"
+
+#include <libgen.h>
+#include <limits.h>
+#include <pwd.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "shell/commands.h"
+#include "shell/output.h"
+
+namespace {
+
+constexpr size_t kTamPrompt = 1024;
+
+char especificacion_[kTamPrompt] = "%o@%m{%B}%b%%)%b";
+char prompt_[kTamPrompt];
+
+enum class Generacion { Bien, EscapeInvalido, NoCabe };
+
+/// Forms the prompt of `spec` in prompt_; the text is cut where the buffer ends. With an escape that does not
+/// exist nothing is stored.
+Generacion Generar(const char *spec) {
+    char texto[kTamPrompt];
+    size_t n = 0;
+    bool cabe = true;
+    for (; *spec; spec++) {
+        char caracter[2] = {*spec, '\0'};
+        const char *trozo = caracter;
+        if (*spec == '%') {
+            trozo = CadenaEquivalente(*++spec);
+            if (!trozo) return Generacion::EscapeInvalido;
+        }
+        size_t largo = strlen(trozo);
+        if (largo > kTamPrompt - 1 - n) {
+            largo = kTamPrompt - 1 - n;
+            cabe = false;
+        }
+        memcpy(texto + n, trozo, largo);
+        n += largo;
+    }
+    texto[n] = '\0';
+    memcpy(prompt_, texto, n + 1);
+    return cabe ? Generacion::Bien : Generacion::NoCabe;
+}
+
+} // namespace
+
+const char *UserName() {
+    const struct passwd *usuario = getpwuid(geteuid());
+    return usuario ? usuario->pw_name : "UnknownUser";
+}
+
+const char *MachineName() {
+    static struct utsname sistema;
+    if (uname(&sistema) == -1) return "UnknownMachine";
+    char *nombre = sistema.nodename + strspn(sistema.nodename, ".");
+    nombre[strcspn(nombre, ".")] = '\0';
+    // A node name without text gives no piece to append; the prompt shows what it shows when uname fails.
+    return *nombre ? nombre : "UnknownMachine";
+}
+
+const char *OSName() {
+    // The name of the running system cannot change under the shell (the node name can), so it is asked for
+    // once.
+    static struct utsname sistema;
+    if (!*sistema.sysname && uname(&sistema) == -1) return "UnknownO.S.";
+    return sistema.sysname;
+}
+
+const char *ShellPid() {
+    static char pid[32];
+    snprintf(pid, sizeof pid, "%llu", static_cast<unsigned long long>(getpid()));
+    return pid;
+}
+
+namespace {
+
+/// Directory in a buffer that the caller may change.
+char *DirectorioResuelto() {
+    static char resuelto[PATH_MAX]; // what realpath may fill
+    static char desconocido[sizeof "UnknownDir"];
+    char dir[PATH_MAX];
+    // A directory that can be named but no longer resolved is as unknown as one that cannot be named.
+    if (getcwd(dir, sizeof dir) && realpath(dir, resuelto)) return resuelto;
+    return strcpy(desconocido, "UnknownDir");
+}
+
+} // namespace
+
+const char *Directory() { return DirectorioResuelto(); }
+
+const char *DirectoryLast() {
+    static char dir[PATH_MAX];
+    if (!getcwd(dir, sizeof dir)) return "UnknownDir";
+    return basename(dir);
+}
+
+const char *DirectoryContracted() {
+    char *dir = DirectorioResuelto();
+    const struct passwd *usuario = getpwuid(geteuid());
+    if (!usuario) return dir;
+    char casa[PATH_MAX];
+    // Without a home that can be resolved there is no prefix to contract.
+    if (!realpath(usuario->pw_dir, casa)) return dir;
+    const size_t n = strlen(casa);
+    if (strncmp(dir, casa, n) != 0) return dir;
+    dir[n - 1] = '~';
+    return dir + n - 1;
+}
+
+const char *CadenaEquivalente(char c) {
+    switch (c) {
+    case 'u': return UserName();
+    case 'p': return ShellPid();
+    case 'd': return Directory();
+    case 'D': return DirectoryContracted();
+    case 'B': return DirectoryLast();
+    case 'm': return MachineName();
+    case 'o': return OSName();
+    case 't': return "\t";
+    case 'n': return "\n";
+    case '%': return "%";
+    case 'b': return " ";
+    default: return nullptr;
+    }
+}
+
+const char *SetPrompt(const char *spec) {
+    // A specification that its buffer cannot hold is refused, like a prompt too long to be shown whole.
+    if (strlen(spec) >= kTamPrompt) {
+        errno = ENAMETOOLONG;
+        return nullptr;
+    }
+    char anterior[kTamPrompt];
+    strcpy(anterior, prompt_);
+    switch (Generar(spec)) {
+    case Generacion::Bien: return prompt_;
+    case Generacion::EscapeInvalido: errno = EINVAL; return nullptr;
+    case Generacion::NoCabe: break;
+    }
+    strcpy(prompt_, anterior);
+    errno = ENAMETOOLONG;
+    return nullptr;
+}
+
+void SetPromptSpec(const char *spec) { snprintf(especificacion_, sizeof especificacion_, "%s", spec); }
+
+void PrintPrompt() {
+    // The pieces may have grown since the specification was accepted: the prompt is then cut, and the shell
+    // goes on.
+    Generar(especificacion_);
+    EscribirTexto(prompt_);
+}
+
+void PrintPromptSpec() { EscribirTexto(especificacion_); }
+
+void Cmd_prompt(char *args[]) {
+    if (!args[0]) {
+        PrintPromptSpec();
+        EscribirTexto("  --->  ");
+        PrintPrompt();
+        EscribirTexto("\n");
+    } else if (SetPrompt(args[0])) {
+        SetPromptSpec(args[0]);
+    } else {
+        EscribirTexto("error al generar el prompt, se mantiene el antiguo\n");
+    }
+}
