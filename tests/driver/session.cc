@@ -22,7 +22,9 @@ namespace escenario {
 
 namespace {
 
-constexpr char kMarca[] = "\x02>"; // the prompt of a Sesion
+// The prompt of a Sesion; the line that sets it (and stays in the historic) does not hold it.
+constexpr char kMarca[] = "\x02%>";
+constexpr char kEspecificacion[] = "\x02%%>";
 
 using Reloj = std::chrono::steady_clock;
 
@@ -240,7 +242,7 @@ Sesion::Sesion(const Opciones &o) {
     entrada_ = entrada[1];
     salida_ = salida[0];
     errores_ = errores[0];
-    inicio_ = Linea(std::string("prompt ") + kMarca);
+    inicio_ = Linea(std::string("prompt ") + kEspecificacion);
 }
 
 Sesion::~Sesion() {
