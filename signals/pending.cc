@@ -7,15 +7,9 @@ namespace {
 void Pendiente(char *args[]) { Imprimir("%s: todavia no disponible\n", args[-1]); }
 } // namespace
 
-void Cmd_sigdefault(char *args[]) { Pendiente(args); }
-void Cmd_sigignore(char *args[]) { Pendiente(args); }
-void Cmd_sigmask(char *args[]) { Pendiente(args); }
-void Cmd_sigunmask(char *args[]) { Pendiente(args); }
 void Cmd_sighandler(char *args[]) { Pendiente(args); }
 void Cmd_sigaction(char *args[]) { Pendiente(args); }
-void Cmd_sigprocmask(char *args[]) { Pendiente(args); }
 void Cmd_limitresend(char *args[]) { Pendiente(args); }
-void Cmd_siginfo(char *args[]) { Pendiente(args); }
 void Cmd_sigcount(char *args[]) { Pendiente(args); }
 void Cmd_sigaltstack(char *args[]) { Pendiente(args); }
 void Cmd_bucle(char *args[]) { Pendiente(args); }

@@ -1,0 +1,123 @@
+#include "signals/dispositions.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "shell/output.h"
+#include "signals/handler_settings.h"
+#include "signals/signal_names.h"
+
+namespace {
+
+constexpr size_t kTamInfo = 1024;
+constexpr int kMaxMiembro = 32; // the last signal that is looked for in a set
+
+/// sigprocmask() with a set of the one signal.
+int CambiarMascara(int operacion, int senal) {
+    sigset_t solo;
+    sigemptyset(&solo);
+    if (sigaddset(&solo, senal) == -1) return -1;
+    return sigprocmask(operacion, &solo, nullptr);
+}
+
+/// Whether the handler of the signal is this one.
+bool TieneManejador(int senal, void (*manejador)(int)) {
+    struct sigaction accion;
+    return sigaction(senal, nullptr, &accion) == 0 && accion.sa_handler == manejador;
+}
+
+void MostrarSenales(const char *titulo, bool (*cumple)(int)) {
+    EscribirTexto(titulo);
+    for (int senal = 1; senal <= kMaxSenal; senal++)
+        if (cumple(senal)) Imprimir("%s ", NombreSenal(senal));
+    EscribirTexto("\n");
+}
+
+} // namespace
+
+int InstalarManejadorSenal(int senal, void (*manejador)(int), int flags, const sigset_t *mascara) {
+    struct sigaction accion = {};
+    accion.sa_handler = manejador;
+    accion.sa_flags = flags;
+    if (mascara)
+        accion.sa_mask = *mascara;
+    else
+        sigemptyset(&accion.sa_mask);
+    return sigaction(senal, &accion, nullptr);
+}
+
+int EnmascararSenal(int senal) { return CambiarMascara(SIG_BLOCK, senal); }
+int DesenmascararSenal(int senal) { return CambiarMascara(SIG_UNBLOCK, senal); }
+
+bool EstaEnmascaradaSenal(int senal) {
+    sigset_t actual;
+    return sigprocmask(SIG_BLOCK, nullptr, &actual) == 0 && sigismember(&actual, senal) == 1;
+}
+
+bool EstaIgnoradaSenal(int senal) { return TieneManejador(senal, SIG_IGN); }
+bool EstaDefectoSenal(int senal) { return TieneManejador(senal, SIG_DFL); }
+
+const char *InfoMascara(const sigset_t *mascara) {
+    static char info[kTamInfo]; // kMaxMiembro names of at most 10 characters and a blank fit
+    size_t n = 0;
+    for (int senal = 1; senal <= kMaxMiembro; senal++)
+        if (sigismember(mascara, senal) == 1)
+            n += static_cast<size_t>(snprintf(info + n, sizeof info - n, "%s ", NombreSenal(senal)));
+    return n > 0 ? info : nullptr;
+}
+
+const char *InfoHandlerSenal(int senal) {
+    static constexpr struct {
+        int flag;
+        const char *nombre;
+    } flags[] = {{SA_RESTART, "RESTART "},
+                 {SA_ONSTACK, "ONSTACK "},
+                 {static_cast<int>(SA_RESETHAND), "RESETHAND "},
+                 {SA_NODEFER, "NODEFER "}};
+    static char info[kTamInfo];
+    info[0] = '\0';
+    struct sigaction accion;
+    if (sigaction(senal, nullptr, &accion) == -1) return info;
+    for (const auto &flag : flags)
+        if (accion.sa_flags & flag.flag) strcat(info, flag.nombre);
+    if (const char *mascara = InfoMascara(&accion.sa_mask)) {
+        strcat(info, "\n\tmascara asociada ");
+        strcat(info, mascara);
+    }
+    return info;
+}
+
+const char *InfoManejador(int senal) {
+    static char info[kTamInfo];
+    struct sigaction accion = {};
+    sigaction(senal, nullptr, &accion);
+    snprintf(info, sizeof info, "%p %s %s -sleep:%d %s", reinterpret_cast<void *>(accion.sa_handler),
+             v[senal] ? "-show" : "", r[senal] ? "-resend" : "", delay[senal], InfoHandlerSenal(senal));
+    return info;
+}
+
+const char *InfoSenal(int senal) {
+    static char info[kTamInfo];
+    const char *disposicion = EstaIgnoradaSenal(senal)  ? "SIG_IGN"
+                              : EstaDefectoSenal(senal) ? "SIG_DFL"
+                                                        : InfoManejador(senal);
+    snprintf(info, sizeof info, "%9s: %s%s", NombreSenal(senal),
+             EstaEnmascaradaSenal(senal) ? "Enmascarada    " : "No Enmascarada ", disposicion);
+    return info;
+}
+
+void MostrarInfoSenal(const char *nombre) {
+    const int senal = ValorSenal(nombre);
+    if (senal == -1)
+        Imprimir("  senal desconocida:%s\n", nombre);
+    else
+        Imprimir("  %s\n", InfoSenal(senal));
+}
+
+void MostrarInfoTodasSenales() {
+    for (int senal = 1; senal <= kMaxSenal; senal++) Imprimir("%s\n", InfoSenal(senal));
+}
+
+void MostrarSenalesIgnoradas() { MostrarSenales("  SENALES SIGNORADAS: ", EstaIgnoradaSenal); }
+void MostrarSenalesDefecto() { MostrarSenales("  SENALES ACCION POR DEFECTO: ", EstaDefectoSenal); }
+void MostrarSenalesEnmascaradas() { MostrarSenales("  SENALES ENMASCARADAS: ", EstaEnmascaradaSenal); }
