@@ -129,20 +129,20 @@ void EscribirTexto(const char *texto) { EscribirBytes(texto, strlen(texto)); }
 
 void Imprimir(const char *formato, ...) {
     const int motivo = errno;
-    va_list args, otraVez;
+    va_list args;
     va_start(args, formato);
-    va_copy(otraVez, args);
     char *sitio = ReservarSalida(kMaxReserva);
     const int n = vsnprintf(sitio, kMaxReserva, formato, args);
+    va_end(args);
     if (n >= 0 && static_cast<size_t>(n) < kMaxReserva) {
         ConfirmarSalida(static_cast<size_t>(n));
     } else if (n >= 0) {
         // Longer than the room kept for one call (an environment entry may be): straight out, in order.
         VolcarSalida();
-        vdprintf(STDOUT_FILENO, formato, otraVez);
+        va_start(args, formato);
+        vdprintf(STDOUT_FILENO, formato, args);
+        va_end(args);
     }
-    va_end(otraVez);
-    va_end(args);
     errno = motivo;
 }
 
