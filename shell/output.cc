@@ -17,7 +17,7 @@ constexpr size_t kTamSalida = 65536;
 char texto_[kTamSalida];
 
 /// The part of texto_ that is waiting to be written.
-struct Tramo {
+struct alignas(8) Tramo {
     uint32_t inicio, fin;
 };
 std::atomic<Tramo> tramo_;
