@@ -1,0 +1,13 @@
+#include "memory/address.h"
+
+#include <cerrno>
+#include <cstdio>
+
+void *cadtop(const char *texto) {
+    void *dir = nullptr;
+    if (sscanf(texto, "%p", &dir) != 1 || !dir) {
+        errno = EFAULT;
+        return nullptr;
+    }
+    return dir;
+}
