@@ -35,7 +35,6 @@ void Publicar(Tramo t) { tramo_.store(t, std::memory_order_release); }
 /// `errno` of the refusal. Async-signal-safe.
 int Escribir(uint32_t hasta) {
     const Tramo t = tramo_.load(std::memory_order_relaxed);
-    if (t.inicio == hasta) return 0;
     const bool retener = hayRetenidas_ && !reteniendo_;
     if (retener) {
         sigprocmask(SIG_BLOCK, &retenidas_, &mascaraPrevia_);
@@ -54,6 +53,7 @@ int Escribir(uint32_t hasta) {
 
 /// Writes up to `hasta` and tells of a refusal. Keeps `errno`.
 void EscribirYAvisar(uint32_t hasta) {
+    if (tramo_.load(std::memory_order_relaxed).inicio == hasta) return;
     const int motivo = errno;
     const int resultado = Escribir(hasta);
     // The text is lost, so the user is told; once, or a closed descriptor would double every line from there

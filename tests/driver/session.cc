@@ -106,9 +106,9 @@ int EsperarA(pid_t pid, Reloj::time_point plazo) {
     return estado;
 }
 
-/// Reads from df into `leido` until it holds `texto` from `desde` on (empty: until the end of the output).
-/// Returns where the text ends, or npos.
-size_t LeerHasta(int df, std::string *leido, const std::string &texto) {
+/// Reads from df into `leido` (less the carriage returns that a terminal adds) until it holds `texto` from
+/// `desde` on (empty: until the end of the output). Returns where the text ends, or npos.
+size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool terminal = false) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
     size_t mirado = 0;
     for (;;) {
@@ -126,13 +126,8 @@ size_t LeerHasta(int df, std::string *leido, const std::string &texto) {
         const ssize_t n = read(df, trozo, sizeof trozo);
         if (n <= 0) return std::string::npos; // end (a terminal whose program has gone gives EIO)
         leido->append(trozo, static_cast<size_t>(n));
+        if (terminal) std::erase(*leido, '\r');
     }
-}
-
-std::string SinRetornos(std::string texto) {
-    size_t pos = 0;
-    while ((pos = texto.find("\r\n", pos)) != std::string::npos) texto.erase(pos, 1);
-    return texto;
 }
 
 struct IgnorarSigpipe {
@@ -330,18 +325,18 @@ void Terminal::Redimensionar(int columnas) {
 }
 
 std::string Terminal::Esperar(const std::string &texto) {
-    const size_t fin = LeerHasta(maestro_, &leido_, texto);
+    const size_t fin = LeerHasta(maestro_, &leido_, texto, true);
     std::string hasta = leido_.substr(0, fin);
     leido_.erase(0, fin == std::string::npos ? leido_.size() : fin);
-    return SinRetornos(hasta);
+    return hasta;
 }
 
 int Terminal::EsperarFin(std::string *resto) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
-    LeerHasta(maestro_, &leido_, "");
+    LeerHasta(maestro_, &leido_, "", true);
     const int estado = EsperarA(pid_, plazo);
     pid_ = -1;
-    if (resto) *resto = SinRetornos(leido_);
+    if (resto) *resto = leido_;
     leido_.clear();
     return estado;
 }
