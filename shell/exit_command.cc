@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "processes/process_list.h"
 #include "shell/commands.h"
 #include "shell/element_list.h"
 #include "shell/input.h"
@@ -10,6 +11,7 @@ void Cmd_exit(char *[]) {
     HistoricClear();
     PathClear();
     EntornoClear();
+    VaciarListaProcesos(&LP);
     SincronizarES();
     exit(0);
 }
