@@ -4,6 +4,7 @@
 
 #include "files/open_file_table.h"
 #include "memory/allocation.h"
+#include "processes/process_list.h"
 #include "shell/commands.h"
 #include "shell/element_list.h"
 #include "shell/input.h"
@@ -15,6 +16,7 @@ void Cmd_exit(char *[]) {
     EntornoClear();
     ClearOpenFilesList();
     EliminarListaBloquesMemoria();
+    VaciarListaProcesos(&LP);
     SincronizarES(); // and what releasing printed
     exit(0);
 }
