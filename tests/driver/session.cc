@@ -51,6 +51,21 @@ std::vector<std::string> Entorno(const Opciones &o) {
     return entorno;
 }
 
+/// The options with a program that every user can reach: the build may stand in a folder of root's.
+Opciones AlAlcance(Opciones o) {
+    if (o.uid == 0) return o;
+    namespace fs = std::filesystem;
+    static const DirectorioTemporal copias;
+    fs::permissions(copias.ruta(), fs::perms(0755));
+    for (std::string *fichero : {&o.programa, &o.preload}) {
+        if (fichero->empty()) continue;
+        const std::string copia = copias / fs::path(*fichero).filename();
+        fs::copy_file(*fichero, copia, fs::copy_options::skip_existing);
+        *fichero = copia;
+    }
+    return o;
+}
+
 /// In the child: becomes the program.
 [[noreturn]] void Arrancar(const Opciones &o) {
     std::vector<std::string> entorno = Entorno(o);
@@ -136,7 +151,8 @@ struct IgnorarSigpipe {
 
 } // namespace
 
-Resultado Ejecutar(const std::string &guion, const Opciones &o) {
+Resultado Ejecutar(const std::string &guion, const Opciones &opciones) {
+    const Opciones o = AlAlcance(opciones);
     int entrada[2] = {-1, -1}, salida[2], errores[2] = {-1, -1};
     int ficheroSalida = -1;
     if (o.entradaFichero) {
@@ -218,7 +234,8 @@ Resultado Ejecutar(const std::string &guion, const Opciones &o) {
     return r;
 }
 
-Sesion::Sesion(const Opciones &o) {
+Sesion::Sesion(const Opciones &opciones) {
+    const Opciones o = AlAlcance(opciones);
     int entrada[2], salida[2], errores[2] = {-1, -1};
     Tuberia(entrada);
     Tuberia(salida);
@@ -300,7 +317,8 @@ int Sesion::EsperarFin(std::string *resto) {
     return estado;
 }
 
-Terminal::Terminal(int columnas, const Opciones &o) {
+Terminal::Terminal(int columnas, const Opciones &opciones) {
+    const Opciones o = AlAlcance(opciones);
     struct winsize ventana = {24, static_cast<unsigned short>(columnas), 0, 0};
     pid_ = forkpty(&maestro_, nullptr, nullptr, &ventana);
     if (pid_ == 0) {
