@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int kMaxProfundidad = 10000; // of the recursion: some 2 MB of stack
+constexpr int kMaxProfundidad = 10000; // of the recursion: some 3 MB of stack
 
 #ifdef O_SEARCH
 constexpr int kSoloBuscar = O_SEARCH; // to look names up, a directory need not be readable

@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "shell/input.h"
+#include "shell/output.h"
 
 pid_t Bifurcar() {
     SincronizarES();
@@ -17,4 +18,9 @@ int EsperarHijo(pid_t pid, int *estado) {
     do resultado = waitpid(pid, estado, 0);
     while (resultado == -1 && errno == EINTR);
     return resultado;
+}
+
+void TerminarHijo() {
+    VolcarSalida();
+    _exit(255);
 }

@@ -11,3 +11,7 @@ pid_t Bifurcar();
 /// and only then: with SIGCHLD ignored there is nothing to wait for (ECHILD). `estado` may be null. Returns
 /// what waitpid() returned.
 int EsperarHijo(pid_t pid, int *estado);
+
+/// Ends a child whose program could not be executed, with status 255: what it has still to say is written,
+/// and nothing of what it shares with the shell (the place in the input, the exit handlers) is touched.
+[[noreturn]] void TerminarHijo();

@@ -4,16 +4,19 @@
 
 #include "files/open_file_table.h"
 #include "memory/allocation.h"
+#include "processes/process_list.h"
 #include "shell/commands.h"
 #include "shell/element_list.h"
 #include "shell/input.h"
 
 void Cmd_exit(char *[]) {
+    SincronizarES(); // before anything is released: what was printed comes out whatever happens then
     HistoricClear();
     PathClear();
     EntornoClear();
     ClearOpenFilesList();
     EliminarListaBloquesMemoria();
-    SincronizarES();
+    VaciarListaProcesos(&LP);
+    SincronizarES(); // and what releasing printed
     exit(0);
 }

@@ -3,6 +3,7 @@
 
 #include "files/file_details.h"
 #include "files/open_file_table.h"
+#include "processes/search_path.h"
 #include "shell/commands.h"
 #include "shell/element_list.h"
 #include "shell/input.h"
@@ -65,10 +66,10 @@ int main(int argc, char *argv[], char *env[]) {
     const char *programa = argc > 0 ? argv[0] : "";
     FechaEjecutable = FechaFichero(programa);
     EscribirTexto("Iniciando shell..\n");
-    if (argc > 1 && strcmp(argv[1], "-p") == 0) {
-    } else {
+    if (argc > 1 && strcmp(argv[1], "-p") == 0)
+        PathAddPath();
+    else
         Imprimir("Ejecutar %s -p para importar el path\n\n", programa);
-    }
     Cmd_version(palabras_ + 1);
     if (setjmp(EstadoGuardado) != 0) {
         SoltarRetenidas();

@@ -31,28 +31,35 @@ bool rechazada_;                   // descriptor 1 refused the last write
 
 void Publicar(Tramo t) { tramo_.store(t, std::memory_order_release); }
 
-/// Writes texto_ from inicio up to `hasta`, and lets go of it whatever happens.
-void Escribir(uint32_t hasta) {
+/// Writes texto_ from inicio up to `hasta`, and lets go of it whatever happens. Returns 0, or -1 with the
+/// `errno` of the refusal. Async-signal-safe.
+int Escribir(uint32_t hasta) {
     const Tramo t = tramo_.load(std::memory_order_relaxed);
-    if (t.inicio == hasta) return;
-    const int motivo = errno;
     const bool retener = hayRetenidas_ && !reteniendo_;
     if (retener) {
         sigprocmask(SIG_BLOCK, &retenidas_, &mascaraPrevia_);
         reteniendo_ = 1;
     }
     const int resultado = EscribirTodo(STDOUT_FILENO, texto_ + t.inicio, hasta - t.inicio);
-    const int rechazo = errno;
+    const int motivo = errno;
     Publicar(hasta == t.fin ? Tramo{0, 0} : Tramo{hasta, t.fin});
     if (retener) {
         reteniendo_ = 0;
         sigprocmask(SIG_SETMASK, &mascaraPrevia_, nullptr);
     }
+    errno = motivo;
+    return resultado;
+}
+
+/// Writes up to `hasta` and tells of a refusal. Keeps `errno`.
+void EscribirYAvisar(uint32_t hasta) {
+    if (tramo_.load(std::memory_order_relaxed).inicio == hasta) return;
+    const int motivo = errno;
+    const int resultado = Escribir(hasta);
     // The text is lost, so the user is told; once, or a closed descriptor would double every line from there
     // on.
     if (resultado == -1 && !rechazada_) {
         rechazada_ = true;
-        errno = rechazo;
         InformarError("Imposible escribir en la salida estandar");
     } else if (resultado == 0) {
         rechazada_ = false;
@@ -69,10 +76,10 @@ void HacerSitio(size_t n) {
     const uint32_t corte = fin ? static_cast<uint32_t>(static_cast<const char *>(fin) + 1 - texto_) : t.fin;
     const uint32_t resto = t.fin - corte;
     if (resto > corte || kTamSalida - resto < n) {
-        Escribir(t.fin);
+        EscribirYAvisar(t.fin);
         return;
     }
-    Escribir(corte);
+    EscribirYAvisar(corte);
     if (resto == 0) return;
     memcpy(texto_, texto_ + corte, resto);
     Publicar({0, resto});
@@ -122,24 +129,26 @@ void EscribirTexto(const char *texto) { EscribirBytes(texto, strlen(texto)); }
 
 void Imprimir(const char *formato, ...) {
     const int motivo = errno;
-    va_list args, otraVez;
+    va_list args;
     va_start(args, formato);
-    va_copy(otraVez, args);
     char *sitio = ReservarSalida(kMaxReserva);
     const int n = vsnprintf(sitio, kMaxReserva, formato, args);
+    va_end(args);
     if (n >= 0 && static_cast<size_t>(n) < kMaxReserva) {
         ConfirmarSalida(static_cast<size_t>(n));
     } else if (n >= 0) {
         // Longer than the room kept for one call (an environment entry may be): straight out, in order.
         VolcarSalida();
-        vdprintf(STDOUT_FILENO, formato, otraVez);
+        va_start(args, formato);
+        vdprintf(STDOUT_FILENO, formato, args);
+        va_end(args);
     }
-    va_end(otraVez);
-    va_end(args);
     errno = motivo;
 }
 
-void VolcarSalida() { Escribir(tramo_.load(std::memory_order_relaxed).fin); }
+void VolcarSalida() { EscribirYAvisar(tramo_.load(std::memory_order_relaxed).fin); }
+
+void VolcarDesdeManejador() { Escribir(tramo_.load(std::memory_order_relaxed).fin); }
 
 void InformarError(const char *texto) {
     const int motivo = errno;

@@ -32,6 +32,9 @@ void ConfirmarSalida(size_t n);
 /// no space left) the text is dropped and the first refusal of a run of them is told on standard error.
 void VolcarSalida();
 
+/// VolcarSalida for the handler of a fault that jumps away: async-signal-safe, says nothing of a refusal.
+void VolcarDesdeManejador();
+
 /// perror() with the order kept: writes out standard output, then "texto: reason\n" to descriptor 2 in one
 /// write, with the system's text for `errno`. Keeps `errno`.
 void InformarError(const char *texto);

@@ -22,7 +22,9 @@ namespace escenario {
 
 namespace {
 
-constexpr char kMarca[] = "\x02>"; // the prompt of a Sesion
+// The prompt of a Sesion; the line that sets it (and stays in the historic) does not hold it.
+constexpr char kMarca[] = "\x02%>";
+constexpr char kEspecificacion[] = "\x02%%>";
 
 using Reloj = std::chrono::steady_clock;
 
@@ -104,9 +106,9 @@ int EsperarA(pid_t pid, Reloj::time_point plazo) {
     return estado;
 }
 
-/// Reads from df into `leido` until it holds `texto` from `desde` on (empty: until the end of the output).
-/// Returns where the text ends, or npos.
-size_t LeerHasta(int df, std::string *leido, const std::string &texto) {
+/// Reads from df into `leido` (less the carriage returns that a terminal adds) until it holds `texto` from
+/// `desde` on (empty: until the end of the output). Returns where the text ends, or npos.
+size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool terminal = false) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
     size_t mirado = 0;
     for (;;) {
@@ -124,13 +126,8 @@ size_t LeerHasta(int df, std::string *leido, const std::string &texto) {
         const ssize_t n = read(df, trozo, sizeof trozo);
         if (n <= 0) return std::string::npos; // end (a terminal whose program has gone gives EIO)
         leido->append(trozo, static_cast<size_t>(n));
+        if (terminal) std::erase(*leido, '\r');
     }
-}
-
-std::string SinRetornos(std::string texto) {
-    size_t pos = 0;
-    while ((pos = texto.find("\r\n", pos)) != std::string::npos) texto.erase(pos, 1);
-    return texto;
 }
 
 struct IgnorarSigpipe {
@@ -240,7 +237,7 @@ Sesion::Sesion(const Opciones &o) {
     entrada_ = entrada[1];
     salida_ = salida[0];
     errores_ = errores[0];
-    inicio_ = Linea(std::string("prompt ") + kMarca);
+    inicio_ = Linea(std::string("prompt ") + kEspecificacion);
 }
 
 Sesion::~Sesion() {
@@ -328,18 +325,18 @@ void Terminal::Redimensionar(int columnas) {
 }
 
 std::string Terminal::Esperar(const std::string &texto) {
-    const size_t fin = LeerHasta(maestro_, &leido_, texto);
+    const size_t fin = LeerHasta(maestro_, &leido_, texto, true);
     std::string hasta = leido_.substr(0, fin);
     leido_.erase(0, fin == std::string::npos ? leido_.size() : fin);
-    return SinRetornos(hasta);
+    return hasta;
 }
 
 int Terminal::EsperarFin(std::string *resto) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
-    LeerHasta(maestro_, &leido_, "");
+    LeerHasta(maestro_, &leido_, "", true);
     const int estado = EsperarA(pid_, plazo);
     pid_ = -1;
-    if (resto) *resto = SinRetornos(leido_);
+    if (resto) *resto = leido_;
     leido_.clear();
     return estado;
 }

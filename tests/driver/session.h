@@ -11,7 +11,7 @@
 
 namespace escenario {
 
-constexpr int kPlazo = 60;
+constexpr int kPlazo = 20;
 constexpr bool kSaneado = SHELL_SANITIZED; ///< the program carries the sanitizers
 
 /// Where the program's input comes from and where its output goes.
@@ -79,7 +79,7 @@ class Terminal {
 
     void Enviar(const std::string &teclas);
     void Redimensionar(int columnas);
-    /// Reads until `texto` has been printed; returns everything up to and including it ("\r\n" as "\n").
+    /// Reads until `texto` has been printed; returns everything up to and including it (without carriage returns).
     std::string Esperar(const std::string &texto);
     /// Waits for the program's end; returns the wait status. `resto`: what was still printed.
     int EsperarFin(std::string *resto = nullptr);

@@ -1,21 +1,25 @@
 #include "tests/driver/session.h"
 
+#include <fcntl.h>
+#include <signal.h>
 #include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
 
 namespace {
 
 using namespace escenario;
 
-TEST(Input, AnswersLineByLineThroughAPipe) {
-    Sesion s;
-    EXPECT_EQ(s.Linea("pid"), "Pid de shell: " + std::to_string(s.pid()) + "\n");
-    EXPECT_EQ(s.Linea("  \t "), "");
-    std::string resto;
-    EXPECT_EQ(s.Terminar(&resto), 0);
-    EXPECT_EQ(resto, "");
-}
-
-TEST(Input, TheTerminalShowsTheSameBytesAsThePipe) {
+TEST(Input, APipeAFileAndATerminalGiveTheSameBytes) {
+    const std::string guion =
+        "prompt listo%%>\nauthors -l\n\n historic\npid -help\nauthors"; // no newline at the end
+    Opciones o;
+    const std::string tuberia = Ejecutar(guion, o).salida;
+    o.entradaFichero = o.salidaFichero = true;
+    EXPECT_EQ(Ejecutar(guion, o).salida, tuberia);
+    EXPECT_TRUE(tuberia.ends_with("login del autor1\nNombre del autor2: login del autor2\nlisto%>"))
+        << tuberia;
     SALTAR_SIN_TERMINALES();
     Terminal t;
     t.Enviar("prompt listo%%>\n"); // the echo of the line does not hold the prompt itself
@@ -24,6 +28,73 @@ TEST(Input, TheTerminalShowsTheSameBytesAsThePipe) {
     EXPECT_EQ(t.Esperar("listo%>"), "authors -l\nlogin del autor1\nlogin del autor2\nlisto%>");
     t.Enviar("\x04");
     EXPECT_EQ(t.EsperarFin(), 0);
+}
+
+TEST(Input, LongLinesArriveInPartsAndOddBytesDoNoHarm) {
+    const std::string orden = "authors -l ";
+    // 4095 characters and the newline: the newline alone is the second part, an empty line.
+    std::string guion = "prompt =\n" + orden + std::string(4095 - orden.size(), 'x') + "\n";
+    EXPECT_TRUE(Ejecutar(guion).salida.ends_with("=login del autor1\nlogin del autor2\n=="));
+    // 10,000 characters: two parts of 4095 and a rest, each run by itself.
+    guion =
+        "prompt =\n" + std::string(4095, ' ') + orden + std::string(4095 - orden.size(), 'x') + orden + "\n";
+    EXPECT_TRUE(Ejecutar(guion).salida.ends_with(
+        "==login del autor1\nlogin del autor2\n=login del autor1\nlogin del autor2\n="));
+    EXPECT_TRUE(Ejecutar(std::string("prompt =\nauthors -l\0 z\nayuda \xc3\xb1\xff\n", 32))
+                    .salida.ends_with("=login del autor1\nlogin del autor2\n=\xc3\xb1\xff no encontrado\n="));
+}
+
+TEST(Input, TheWordsBeyondTheLastSlotAreLeftOutWithANotice) {
+    std::string linea;
+    for (int i = 0; i < 2048; i++) linea += i ? " a" : "a";
+    const Resultado r = Ejecutar(linea + "\n");
+    EXPECT_NE(r.salida.find("Linea con mas de 2047 palabras: se ignoran las demas\n"), std::string::npos);
+}
+
+TEST(Input, OnlyTheLinesReadAreConsumed) {
+    // What follows `exit` stays for whoever holds the same descriptor, be it a file or a pipe.
+    for (const bool fichero : {true, false}) {
+        int df[2];
+        if (fichero) {
+            char nombre[] = "/tmp/escenarioXXXXXX";
+            df[0] = mkstemp(nombre);
+            unlink(nombre);
+            df[1] = df[0];
+        } else {
+            ASSERT_EQ(pipe(df), 0);
+        }
+        const std::string guion = "pid\nexit\nesto no es del shell\n";
+        ASSERT_EQ(write(df[1], guion.data(), guion.size()), static_cast<ssize_t>(guion.size()));
+        if (fichero) lseek(df[0], 0, SEEK_SET);
+        const pid_t pid = fork();
+        if (pid == 0) {
+            dup2(df[0], 0);
+            dup2(open("/dev/null", O_WRONLY), 1);
+            execl(SHELL_PROGRAM, SHELL_PROGRAM, nullptr);
+            _exit(127);
+        }
+        int estado;
+        waitpid(pid, &estado, 0);
+        EXPECT_EQ(estado, 0);
+        char resto[64];
+        const ssize_t n = read(df[0], resto, sizeof resto);
+        EXPECT_EQ(std::string(resto, n > 0 ? n : 0), "esto no es del shell\n");
+        close(df[0]);
+        if (!fichero) close(df[1]);
+    }
+}
+
+TEST(Input, AClosedOutputOrInputEndsNothingBadly) {
+    Opciones o;
+    o.antesDeExec = [] { close(1); };
+    o.erroresAparte = true;
+    Resultado r = Ejecutar("pid\npid\npid\n", o);
+    EXPECT_EQ(r.estado, 0);
+    EXPECT_EQ(std::count(r.errores.begin(), r.errores.end(), '\n'), 1) << r.errores;
+    o.antesDeExec = [] { close(0); };
+    r = Ejecutar("", o);
+    EXPECT_EQ(r.estado, 0);
+    EXPECT_TRUE(r.salida.ends_with("%) ")) << r.salida;
 }
 
 } // namespace

@@ -1,0 +1,68 @@
+#include "environment/variables.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include "shell/element_list.h"
+#include "shell/failure.h"
+#include "shell/output.h"
+
+namespace {
+
+/// nombre=valor in a new heap string of exactly that size, recorded for exit; null: ENOMEM.
+char *NuevaVariable(const char *nombre, const char *valor) {
+    const size_t n = strlen(nombre);
+    const size_t m = strlen(valor);
+    char *texto = static_cast<char *>(malloc(n + m + 2));
+    if (!texto) return nullptr;
+    memcpy(texto, nombre, n);
+    texto[n] = '=';
+    memcpy(texto + n + 1, valor, m + 1);
+    EntornoAdd(texto); // with the list full the change still stands: only exit will not release the string
+    return texto;
+}
+
+/// Puts a new nombre=valor in slot `pos`. Returns `pos`, or -1: ENOMEM.
+int Colocar(const char *nombre, const char *valor, char *entorno[], int pos) {
+    char *texto = NuevaVariable(nombre, valor);
+    if (!texto) return -1;
+    entorno[pos] = texto;
+    return pos;
+}
+
+} // namespace
+
+int BuscarVariable(const char *nombre, char *const entorno[]) {
+    char buscada[kTamVariable];
+    const size_t n = strlen(nombre);
+    if (n > sizeof buscada - 2) return Fallo(ENAMETOOLONG);
+    memcpy(buscada, nombre, n);
+    buscada[n] = '=';
+    for (int i = 0; entorno && entorno[i]; i++)
+        if (strncmp(entorno[i], buscada, n + 1) == 0) return i;
+    return Fallo(ENOENT);
+}
+
+int CambiarVariable(const char *nombre, const char *valor, char *entorno[]) {
+    const int pos = BuscarVariable(nombre, entorno);
+    return pos == -1 ? -1 : Colocar(nombre, valor, entorno, pos);
+}
+
+int CambiarVariablePutenv(const char *nombre, const char *valor) {
+    char *texto = NuevaVariable(nombre, valor);
+    return texto ? putenv(texto) : -1;
+}
+
+int SustituirVariable(const char *nombre1, const char *nombre2, const char *valor, char *entorno[]) {
+    if (BuscarVariable(nombre2, entorno) != -1) return Fallo(EEXIST);
+    if (errno != ENOENT) return -1;
+    const int pos = BuscarVariable(nombre1, entorno);
+    return pos == -1 ? -1 : Colocar(nombre2, valor, entorno, pos);
+}
+
+void MostrarEntorno(char *const entorno[], const char *etiqueta) {
+    for (int i = 0; entorno && entorno[i]; i++)
+        Imprimir("%p->%s[%d]=(%p) %s\n", static_cast<const void *>(&entorno[i]), etiqueta, i,
+                 static_cast<void *>(entorno[i]), entorno[i]);
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+// The variables of an environment array: null-terminated, each entry NAME=value. The shell has up to two of
+// them, main3arg (shell/shell.h) and environ. Strings placed here come from the heap and are released at
+// exit; the ones that they replace are not.
+
+constexpr int kTamVariable = 512; ///< bytes for a name, "=" and the closing null: a name has at most 510
+
+/// Index of the first entry that begins with `nombre` and "=", or -1: ENOENT, or ENAMETOOLONG (a name of more
+/// than 510 characters). `entorno` may be null (no entry).
+int BuscarVariable(const char *nombre, char *const entorno[]);
+
+/// Puts a new nombre=valor in the place of the variable's entry. Returns its index, or -1: those of
+/// BuscarVariable, ENOMEM.
+int CambiarVariable(const char *nombre, const char *valor, char *entorno[]);
+
+/// putenv() of a new nombre=valor. Returns what putenv returned, or -1: ENOMEM.
+int CambiarVariablePutenv(const char *nombre, const char *valor);
+
+/// Puts a new nombre2=valor in the place of the entry of nombre1. Returns its index, or -1: EEXIST (nombre2
+/// has an entry), those of BuscarVariable, ENOMEM.
+int SustituirVariable(const char *nombre1, const char *nombre2, const char *valor, char *entorno[]);
+
+/// Prints every entry with its address and that of its slot, each behind `etiqueta` and its index.
+void MostrarEntorno(char *const entorno[], const char *etiqueta);

@@ -1,0 +1,63 @@
+#include "environment/wrong_changes.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include "environment/variables.h"
+#include "shell/failure.h"
+
+namespace {
+
+/// Writes nombre=valor at `destino`. A real call: what is written there is read long after, by a way that the
+/// compiler does not see.
+[[gnu::noinline]] void EscribirVariable(char *destino, const char *nombre, const char *valor) {
+    const size_t n = strlen(nombre);
+    memcpy(destino, nombre, n);
+    destino[n] = '=';
+    strcpy(destino + n + 1, valor);
+}
+
+size_t LongitudVariable(const char *nombre, const char *valor) { return strlen(nombre) + 1 + strlen(valor); }
+
+/// Puts the text's address in slot `pos`, or hands it to putenv when there is no array.
+int Colocar(char *texto, char *entorno[], int pos) {
+    if (!entorno) return putenv(texto);
+    entorno[pos] = texto;
+    return pos;
+}
+
+} // namespace
+
+int CambiarVariableMalOverwrite(const char *nombre, const char *valor, char *entorno[]) {
+    if (!entorno) return Fallo(EINVAL);
+    const int pos = BuscarVariable(nombre, entorno);
+    if (pos == -1) return -1;
+    // Behind the entry stands the next one: a longer text would be a fault of another kind.
+    if (LongitudVariable(nombre, valor) > strlen(entorno[pos])) return Fallo(ENOSPC);
+    EscribirVariable(entorno[pos], nombre, valor);
+    return pos;
+}
+
+int CambiarVariableMalAutomatic(const char *nombre, const char *valor, char *entorno[]) {
+    const int pos = entorno ? BuscarVariable(nombre, entorno) : 0;
+    if (pos == -1) return -1;
+    char texto[kTamVariable];
+    if (LongitudVariable(nombre, valor) >= sizeof texto) return Fallo(ENAMETOOLONG);
+    EscribirVariable(texto, nombre, valor);
+    // The lesson: the address of an automatic variable outlives it. It goes through a volatile pointer so
+    // that the compiler neither warns of it nor drops what nobody seems to read.
+    char *volatile direccion = texto;
+    return Colocar(direccion, entorno, pos);
+}
+
+int CambiarVariableMalStatic(const char *nombre, const char *valor, char *entorno[]) {
+    static char texto[kTamVariable];
+    // Looked up before the buffer is written: after it, an entry that already stands in the buffer would be
+    // found in the place of the variable's own.
+    const int pos = entorno ? BuscarVariable(nombre, entorno) : 0;
+    if (pos == -1) return -1;
+    if (LongitudVariable(nombre, valor) >= sizeof texto) return Fallo(ENAMETOOLONG);
+    EscribirVariable(texto, nombre, valor);
+    return Colocar(texto, entorno, pos);
+}

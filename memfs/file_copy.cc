@@ -1,0 +1,111 @@
+#include "memfs/file_copy.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "memfs/disk_transfer.h"
+#include "memfs/file_system.h"
+#include "shell/failure.h"
+
+namespace {
+
+/// Index of the file that `origen` names, its bytes known to be within the SF, or -1: ENOENT, EIO.
+int BuscarOrigen(const Idfich &origen) {
+    const SF *sf = DirSF(origen);
+    if (TamanoAreaDatos(sf) == -1) return -1;
+    const int i = BuscarFicheroSF(sf, origen.nombre);
+    if (i == -1) return Fallo(ENOENT);
+    return FicheroEnArea(sf, static_cast<uint32_t>(i)) ? i : Fallo(EIO);
+}
+
+/// Whether a file of `tam` bytes can be added after the last one: 0, or -1: ENAMETOOLONG, ENOSPC, EEXIST,
+/// EIO.
+int ComprobarHueco(const SF *sf, const char *nombre, uint64_t tam) {
+    if (strlen(nombre) > kMaxNombreSF) return Fallo(ENAMETOOLONG);
+    const int64_t area = TamanoAreaDatos(sf);
+    if (area == -1) return -1;
+    if (tam >= sf->libres || sf->numFicheros >= sf->capacidad) return Fallo(ENOSPC);
+    if (BuscarFicheroSF(sf, nombre) != -1) return Fallo(EEXIST);
+    const uint32_t num = sf->numFicheros;
+    if (num > 0 && !FicheroEnArea(sf, num - 1)) return Fallo(EIO);
+    const uint64_t fin = NuevoDesplazamiento(sf, num) + tam;
+    return fin <= static_cast<uint64_t>(area) ? 0 : Fallo(EIO);
+}
+
+/// Enters the `tam` bytes that stand at DirFinalDatos as a file; ComprobarHueco has found that they fit.
+void AniadirEntrada(SF *sf, const char *nombre, size_t tam) {
+    const uint32_t num = sf->numFicheros;
+    EntradaSF &entrada = Entradas(sf)[num];
+    strcpy(entrada.nombre, nombre);
+    entrada.tam = static_cast<uint32_t>(tam);
+    entrada.fecha = time(nullptr);
+    entrada.desplazamiento = NuevoDesplazamiento(sf, num);
+    sf->numFicheros = num + 1;
+    sf->libres -= entrada.tam;
+}
+
+} // namespace
+
+ssize_t CopyDiskDisk(const char *origen, const char *destino) {
+    const off_t tam = auxTamanoFichero(origen);
+    if (tam == -1) return -1;
+    const size_t cabida = static_cast<size_t>(tam);
+    void *bufer = malloc(cabida > 0 ? cabida : 1); // malloc(0) may answer null without having failed
+    if (!bufer) return -1;
+    ssize_t n = LeerFicheroDisco(origen, bufer, cabida);
+    if (n != -1) n = EscribirFicheroDisco(destino, bufer, static_cast<size_t>(n), 0);
+    const int motivo = errno;
+    free(bufer);
+    errno = motivo;
+    return n;
+}
+
+ssize_t CopyDiskMem(const char *origen, const Idfich &destino) {
+    SF *sf = DirSF(destino);
+    const off_t tam = auxTamanoFichero(origen);
+    if (tam == -1) return -1;
+    if (ComprobarHueco(sf, destino.nombre, static_cast<uint64_t>(tam)) == -1) return -1;
+    const ssize_t leidos = LeerFicheroDisco(origen, DirFinalDatos(sf), static_cast<size_t>(tam));
+    if (leidos == -1) return -1;
+    AniadirEntrada(sf, destino.nombre, static_cast<size_t>(leidos));
+    return leidos;
+}
+
+ssize_t CopyMemDisk(const Idfich &origen, const char *destino) {
+    const int encontrado = BuscarOrigen(origen);
+    if (encontrado == -1) return -1;
+    const uint32_t i = static_cast<uint32_t>(encontrado);
+    SF *sf = DirSF(origen);
+    return EscribirFicheroDisco(destino, DirPrincipioDatosFichero(sf, i), Entradas(sf)[i].tam, 0);
+}
+
+ssize_t CopyMemMem(const Idfich &origen, const Idfich &destino) {
+    const int encontrado = BuscarOrigen(origen);
+    if (encontrado == -1) return -1;
+    const uint32_t i = static_cast<uint32_t>(encontrado);
+    SF *de = DirSF(origen);
+    SF *a = DirSF(destino);
+    const uint32_t tam = Entradas(de)[i].tam;
+    if (ComprobarHueco(a, destino.nombre, tam) == -1) return -1;
+    // memmove: within one spoiled SF the two ranges may overlap.
+    memmove(DirFinalDatos(a), DirPrincipioDatosFichero(de, i), tam);
+    AniadirEntrada(a, destino.nombre, tam);
+    return tam;
+}
+
+ssize_t CopiarFicheroSF(const Idfich &origen, const Idfich &destino) {
+    if (origen.sf == kSFNoValido || destino.sf == kSFNoValido) return Fallo(ENXIO);
+    if (origen.sf == kSFDisco)
+        return destino.sf == kSFDisco ? CopyDiskDisk(origen.nombre, destino.nombre)
+                                      : CopyDiskMem(origen.nombre, destino);
+    return destino.sf == kSFDisco ? CopyMemDisk(origen, destino.nombre) : CopyMemMem(origen, destino);
+}
+
+int BorrarFichero(const Idfich &id) { return id.sf == kSFDisco ? unlink(id.nombre) : BorrarFicheroSF(id); }
+
+int MoverFicheroSF(const Idfich &origen, const Idfich &destino) {
+    if (CopiarFicheroSF(origen, destino) == -1) return -1;
+    return BorrarFichero(origen);
+}

@@ -1,0 +1,73 @@
+#include "processes/execution_line.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include "environment/variables.h"
+#include "shell/failure.h"
+#include "shell/output.h"
+
+int ComprobarSegundoPlano(char *linea[]) {
+    for (; *linea; linea++)
+        if (strcmp(*linea, "&") == 0) {
+            *linea = nullptr;
+            return 1;
+        }
+    return 0;
+}
+
+int ComprobarPrioridad(char *linea[], int *prioridad) {
+    for (int i = 0; linea[i]; i++)
+        if (linea[i][0] == '@') {
+            *prioridad = atoi(linea[i] + 1);
+            return i;
+        }
+    return 0;
+}
+
+int doRedirExec(char *linea[], int df, char marca) {
+    for (int i = 0; linea[i]; i++) {
+        if (linea[i][0] != marca || linea[i][1] == '\0') continue;
+        const char *fichero = linea[i] + 1;
+        const int abierto = open(fichero, O_RDWR | O_CREAT, 0777);
+        if (abierto == -1) {
+            Imprimir("Imposible redireccionar %d a %s: %s\n", df, fichero, strerror(errno));
+            continue;
+        }
+        // What was said so far belongs where the descriptor has led until now.
+        VolcarSalida();
+        // Where `df` was closed the opening itself may have given it, and then it is in its place. dup2 and
+        // not close and dup: with a lower descriptor closed, dup would land on that one.
+        if (abierto != df) dup2(abierto, df);
+        return i;
+    }
+    return kSinRedireccion;
+}
+
+int ComprobarRedireccionExec(char *linea[]) {
+    int primera = kSinRedireccion;
+    for (int df = 0; df <= 2; df++) {
+        const int pos = doRedirExec(linea, df, "<>*"[df]);
+        if (pos < primera) primera = pos;
+    }
+    return primera;
+}
+
+int ComprobarEntorno(char *linea[], char *entorno[]) {
+    entorno[0] = nullptr;
+    if (linea[0] && strcmp(linea[0], "NULLENV") == 0) return 1;
+    int n = 0;
+    for (; linea[n]; n++) {
+        const int pos = BuscarVariable(linea[n], environ);
+        if (pos == -1 && !strchr(linea[n], '=')) break;
+        // Refused whole: a program started with part of its environment would mislead.
+        if (n == kMaxEntorno) return Fallo(E2BIG);
+        entorno[n] = pos != -1 ? environ[pos] : linea[n];
+    }
+    entorno[n] = nullptr;
+    return n;
+}

@@ -1,0 +1,152 @@
+#include "processes/process_list.h"
+
+#include <pwd.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "shell/failure.h"
+#include "shell/output.h"
+#include "shell/words.h"
+#include "signals/signal_names.h"
+
+ListaProcesos LP;
+
+void CrearListaProcesos(ListaProcesos *lista) { lista->num = 0; }
+
+char *crearLineaComando(char *const palabras[]) {
+    if (!palabras[0]) return nullptr;
+    const size_t tam = UnirPalabras(nullptr, 0, palabras) + 1;
+    char *linea = static_cast<char *>(malloc(tam));
+    if (linea) UnirPalabras(linea, tam, palabras);
+    return linea;
+}
+
+int MeterProceso(ListaProcesos *lista, pid_t pid, uid_t uid, char *const palabras[]) {
+    if (lista->num == kMaxProcesos) return Fallo(ENOSPC);
+    lista->registros[lista->num] = {pid, uid, ACTIVO, 0, time(nullptr), crearLineaComando(palabras)};
+    return ++lista->num;
+}
+
+int BuscarProcesoPid(const ListaProcesos *lista, pid_t pid) {
+    for (int i = 0; i < lista->num; i++)
+        if (lista->registros[i].pid == pid) return i;
+    return Fallo(ESRCH);
+}
+
+int estadoProceso(const RegistroProceso *registro) { return registro->estado; }
+
+int EstadoProcesoPid(const ListaProcesos *lista, pid_t pid) {
+    const int pos = BuscarProcesoPid(lista, pid);
+    return pos == -1 ? -1 : estadoProceso(&lista->registros[pos]);
+}
+
+void actualizarProceso(RegistroProceso *registro) {
+    if (registro->estado & (TERMINADO | SENALADO)) return;
+    int estado;
+    if (waitpid(registro->pid, &estado, WNOHANG | WUNTRACED | WCONTINUED) != registro->pid) return;
+    if (WIFEXITED(estado)) {
+        registro->estado = TERMINADO;
+        registro->valor = WEXITSTATUS(estado);
+    } else if (WIFSIGNALED(estado)) {
+        registro->estado = SENALADO;
+        registro->valor = WTERMSIG(estado);
+    } else if (WIFSTOPPED(estado) && WSTOPSIG(estado) != SIGCONT) {
+        registro->estado = PARADO;
+        registro->valor = WSTOPSIG(estado);
+    } else if (WIFCONTINUED(estado)) {
+        registro->estado = ACTIVO;
+        registro->valor = 0;
+    }
+}
+
+void ActualizarListaProcesos(ListaProcesos *lista) {
+    for (int i = 0; i < lista->num; i++) actualizarProceso(&lista->registros[i]);
+}
+
+int borrarProceso(ListaProcesos *lista, int pos) {
+    if (pos < 0 || pos >= lista->num) return Fallo(EINVAL);
+    free(lista->registros[pos].linea);
+    const auto detras = static_cast<size_t>(lista->num - pos - 1);
+    memmove(&lista->registros[pos], &lista->registros[pos + 1], detras * sizeof lista->registros[0]);
+    --lista->num;
+    return 0;
+}
+
+int BorrarProcesoPid(ListaProcesos *lista, pid_t pid) {
+    const int pos = BuscarProcesoPid(lista, pid);
+    return pos == -1 ? -1 : borrarProceso(lista, pos);
+}
+
+int BorrarProcesosEstado(ListaProcesos *lista, int mascara) {
+    int resultado = 0;
+    for (int i = 0; i < lista->num;) {
+        if (estadoProceso(&lista->registros[i]) & mascara)
+            resultado |= borrarProceso(lista, i); // the next record is now in this place
+        else
+            i++;
+    }
+    return resultado;
+}
+
+int VaciarListaProcesos(ListaProcesos *lista) { return BorrarProcesosEstado(lista, kTodosEstados); }
+
+const char *nombreEstado(int estado) {
+    switch (estado) {
+    case ACTIVO: return "ACTIVO";
+    case PARADO: return "PARADO";
+    case SENALADO: return "SENALADO";
+    case TERMINADO: return "TERMINADO";
+    default: return "???????";
+    }
+}
+
+const char *valorEstado(int valor) {
+    static char texto[16];
+    snprintf(texto, sizeof texto, "%03d", valor);
+    return texto;
+}
+
+const char *nombreUsuario(uid_t uid) {
+    static char nombre[256]; // logins may be longer than the column; they are shown whole
+    if (const struct passwd *usuario = getpwuid(uid))
+        snprintf(nombre, sizeof nombre, "%11s", usuario->pw_name);
+    else
+        snprintf(nombre, sizeof nombre, "uid %07d", static_cast<int>(uid));
+    return nombre;
+}
+
+const char *fecha(time_t t) {
+    static char texto[256];
+    struct tm tm = {};
+    tzset();
+    localtime_r(&t, &tm);
+    snprintf(texto, sizeof texto, "%4d/%02d/%02d %02d:%02d:%d", tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday,
+             tm.tm_hour, tm.tm_min, tm.tm_sec);
+    return texto;
+}
+
+void imprimirProceso(const RegistroProceso *registro) {
+    const int prioridad = getpriority(PRIO_PROCESS, static_cast<id_t>(registro->pid));
+    Imprimir("%6d %s p=%d %s %s (%s) %s\n", registro->pid, nombreUsuario(registro->uid), prioridad,
+             fecha(registro->lanzamiento), nombreEstado(registro->estado),
+             registro->estado == SENALADO ? NombreSenal(registro->valor) : valorEstado(registro->valor),
+             registro->linea ? registro->linea : "NULL");
+}
+
+void ImprimirListaProcesos(const ListaProcesos *lista, int mascara) {
+    for (int i = 0; i < lista->num; i++)
+        if (estadoProceso(&lista->registros[i]) & mascara) imprimirProceso(&lista->registros[i]);
+}
+
+int MostrarProcesoPid(ListaProcesos *lista, pid_t pid) {
+    const int pos = BuscarProcesoPid(lista, pid);
+    if (pos == -1) return -1;
+    actualizarProceso(&lista->registros[pos]);
+    imprimirProceso(&lista->registros[pos]);
+    return 0;
+}

@@ -1,0 +1,54 @@
+#include "processes/search_path.h"
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "shell/element_list.h"
+
+namespace {
+
+constexpr size_t kTamPath = 2048;
+constexpr size_t kTamCandidato = 1024;
+
+bool EmpiezaPor(const char *texto, const char *principio) {
+    return strncmp(texto, principio, strlen(principio)) == 0;
+}
+
+} // namespace
+
+int PathAddPath() {
+    const char *path = getenv("PATH");
+    if (!path) return 0;
+    char copia[kTamPath];
+    const size_t n = strnlen(path, sizeof copia - 1);
+    memcpy(copia, path, n);
+    copia[n] = '\0';
+    int campos = 0;
+    char *resto = nullptr;
+    for (char *dir = strtok_r(copia, ":", &resto); dir; dir = strtok_r(nullptr, ":", &resto)) {
+        PathAdd(dir);
+        campos++;
+    }
+    return campos;
+}
+
+const char *Ejecutable(const char *nombre) {
+    static char candidato[kTamCandidato];
+    if (!nombre) return nullptr;
+    const char *dir = PathFirst();
+    if (!dir || EmpiezaPor(nombre, "/") || EmpiezaPor(nombre, "./") || EmpiezaPor(nombre, "../"))
+        return nombre;
+    const size_t m = strlen(nombre);
+    for (; dir; dir = PathNext()) {
+        const size_t n = strlen(dir);
+        if (n + 1 + m >= sizeof candidato) continue; // too long a candidate: the next directory may hold it
+        memcpy(candidato, dir, n);
+        candidato[n] = '/';
+        memcpy(candidato + n + 1, nombre, m + 1);
+        struct stat st;
+        if (lstat(candidato, &st) == 0) return candidato;
+    }
+    return nombre;
+}

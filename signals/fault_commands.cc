@@ -1,0 +1,25 @@
+#include <cmath>
+
+#include "shell/input.h"
+#include "signals/commands.h"
+
+// Faults on purpose. The operands are volatile: a compiler that saw the null pointer or the zero would drop
+// the access or the division as something that cannot happen.
+// NOLINTBEGIN(clang-analyzer-*,bugprone-integer-division): what they find is the lesson.
+
+[[gnu::no_sanitize("undefined")]] void Cmd_segmentation(char *[]) {
+    SincronizarES(); // the fault may be the end of the shell
+    volatile int *volatile nulo = nullptr;
+    *nulo = 0;
+}
+
+[[gnu::no_sanitize("undefined")]] void Cmd_fpe(char *[]) {
+    SincronizarES();
+    volatile int dividendo = 23, divisor = 0;
+    // The integer division traps on some processors; the floating ones have an answer for everything.
+    volatile float cociente = static_cast<float>(dividendo / divisor);
+    cociente = INFINITY;
+    cociente = std::sqrt(cociente);
+}
+
+// NOLINTEND(clang-analyzer-*,bugprone-integer-division)

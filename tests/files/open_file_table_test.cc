@@ -1,0 +1,50 @@
+#include "files/open_file_table.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+TEST(OpenFileTable, AnEntryIsReplacedWholeAndFreedWithoutItsMark) {
+    EXPECT_EQ(AddOpenFile(4095, "uno", O_RDWR, 1), 4095);
+    EXPECT_EQ(AddOpenFile(4095, NombreFicheroDescriptor(4095), O_WRONLY, 1), 4095); // its own name
+    EXPECT_STREQ(NombreFicheroDescriptor(4095), "uno");
+    EXPECT_EQ(OpenFilesList[4095].modo, O_WRONLY);
+    EXPECT_EQ(RemoveOpenFile(4095), 4095);
+    EXPECT_EQ(NombreFicheroDescriptor(4095), nullptr);
+    EXPECT_EQ(OpenFilesList[4095].modo, 0);
+    EXPECT_EQ(DescriptorRedireccion(4095), 1);
+    errno = 0;
+    EXPECT_EQ(RemoveOpenFile(4095), -1);
+    EXPECT_EQ(errno, ENOENT);
+    LiberarDeRedireccion(4095);
+    EXPECT_EQ(DescriptorRedireccion(4095), 0);
+}
+
+TEST(OpenFileTable, NumbersOutsideItHaveNoEntry) {
+    for (int df : {-1, kMaxDescriptores, 2147483647, -2147483647 - 1}) {
+        errno = 0;
+        EXPECT_EQ(AddOpenFile(df, "x", 0, 0), -1) << df;
+        EXPECT_EQ(errno, ENOENT) << df;
+        EXPECT_EQ(RemoveOpenFile(df), -1) << df;
+        UsarEnRedireccion(df);
+        EXPECT_EQ(DescriptorRedireccion(df), 0) << df;
+        EXPECT_EQ(NombreFicheroDescriptor(df), nullptr) << df;
+    }
+}
+
+TEST(OpenFileTable, OffsetsOfAnySizeAreShownWhole) {
+    char nombre[] = "/tmp/offsetXXXXXX";
+    const int df = mkstemp(nombre);
+    unlink(nombre);
+    ASSERT_NE(lseek(df, 1LL << 40, SEEK_SET), -1);
+    EXPECT_STREQ(CadOffset(df), "1099511627776");
+    close(df);
+    EXPECT_STREQ(CadOffset(df), "  ");
+    EXPECT_EQ(DescriptorEnUso(df), 0);
+}
+
+} // namespace

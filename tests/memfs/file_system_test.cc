@@ -1,0 +1,257 @@
+#include "memfs/file_system.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <random>
+
+#include "memfs/file_copy.h"
+#include "tests/driver/session.h"
+
+namespace {
+
+using escenario::DirectorioTemporal;
+using escenario::EscribirFichero;
+using escenario::LeerFichero;
+using std::string;
+
+/// A block with marked bytes on both sides; every access outside it that writes shows.
+struct Bloque {
+    static constexpr size_t kMarca = 256;
+    explicit Bloque(size_t n) : tam(n), bytes(n + 2 * kMarca, 0x5a) {}
+    SF *sf() { return reinterpret_cast<SF *>(bytes.data() + kMarca); }
+    Idfich Id(const char *nombre) { return {reinterpret_cast<uint64_t>(sf()), nombre}; }
+    uint32_t Entero(size_t desde) const {
+        uint32_t n;
+        memcpy(&n, bytes.data() + kMarca + desde, sizeof n);
+        return n;
+    }
+    bool MarcasIntactas() const {
+        const std::vector<unsigned char> marca(kMarca, 0x5a);
+        return std::equal(marca.begin(), marca.end(), bytes.begin()) &&
+               std::equal(marca.begin(), marca.end(), bytes.end() - kMarca);
+    }
+    size_t tam;
+    std::vector<unsigned char> bytes;
+};
+
+struct Fichero {
+    string nombre, bytes;
+};
+
+/// What an SF must hold, and what its operations must answer.
+struct Modelo {
+    uint32_t capacidad, libres;
+    std::vector<Fichero> ficheros;
+
+    int Buscar(const string &nombre) const {
+        for (size_t i = 0; i < ficheros.size(); i++)
+            if (ficheros[i].nombre.compare(0, nombre.size(), nombre) == 0) return static_cast<int>(i);
+        return -1;
+    }
+    int Aniadir(const string &nombre, const string &bytes) {
+        if (nombre.size() > 255) return ENAMETOOLONG;
+        if (bytes.size() >= libres || ficheros.size() == capacidad) return ENOSPC;
+        if (Buscar(nombre) != -1) return EEXIST;
+        ficheros.push_back({nombre, bytes});
+        libres -= static_cast<uint32_t>(bytes.size());
+        return 0;
+    }
+    int Borrar(const string &nombre) {
+        const int i = Buscar(nombre);
+        if (i == -1) return ENOENT;
+        libres += static_cast<uint32_t>(ficheros[i].bytes.size());
+        ficheros.erase(ficheros.begin() + i);
+        return 0;
+    }
+};
+
+/// Reads the block byte by byte, by the offsets of the layout, and compares.
+void Comparar(const Bloque &b, const Modelo &m) {
+    ASSERT_TRUE(b.MarcasIntactas());
+    const char *inicio = reinterpret_cast<const char *>(b.bytes.data()) + Bloque::kMarca;
+    EXPECT_EQ(b.Entero(0), 1115793u);
+    EXPECT_EQ(b.Entero(4), m.capacidad);
+    ASSERT_EQ(b.Entero(8), m.ficheros.size());
+    EXPECT_EQ(b.Entero(12), b.tam);
+    EXPECT_EQ(b.Entero(16), m.libres);
+    EXPECT_EQ(b.Entero(20), 0x5a5a5a5au); // never written
+    size_t fin = 0, entrada = 32;
+    for (const Fichero &f : m.ficheros) {
+        EXPECT_STREQ(inicio + entrada, f.nombre.c_str());
+        ASSERT_EQ(b.Entero(entrada + 256), f.bytes.size());
+        ASSERT_EQ(b.Entero(entrada + 260), fin);
+        EXPECT_EQ(memcmp(inicio + 32 + 272 * m.capacidad + fin, f.bytes.data(), f.bytes.size()), 0);
+        fin += f.bytes.size();
+        entrada += 272;
+    }
+}
+
+TEST(MemFS, ThousandsOfRandomOperationsAgreeWithAModel) {
+    DirectorioTemporal dir;
+    const string de = dir / "origen", a = dir / "destino";
+    std::mt19937 azar(20231116);
+    auto hasta = [&](unsigned n) { return static_cast<int>(azar() % n); };
+    auto nombreAlAzar = [&] {
+        string nombre(hasta(40) == 0 ? 254 + hasta(3) : hasta(5), 'a');
+        for (char &c : nombre) c = static_cast<char>('a' + hasta(2));
+        return nombre;
+    };
+    Bloque bloques[2] = {Bloque(16384), Bloque(40960)};
+    Modelo modelos[2] = {{6, 14720, {}}, {12, 37664, {}}};
+    for (int i : {0, 1}) ASSERT_EQ(FormatearSF(bloques[i].sf(), modelos[i].capacidad, bloques[i].tam), 0);
+
+    for (int paso = 0; paso < 6000; paso++) {
+        const int x = hasta(2), y = hasta(2);
+        const string n1 = nombreAlAzar(), n2 = nombreAlAzar();
+        const Idfich origen = bloques[x].Id(n1.c_str()), destino = bloques[y].Id(n2.c_str());
+        const Bloque antes[2] = {bloques[0], bloques[1]};
+        const int i = modelos[x].Buscar(n1);
+        const string bytes = i == -1 ? "" : modelos[x].ficheros[i].bytes;
+        long dado = 0, esperado = 0;
+        int motivo = 0, obtenido = 0;
+        auto hacer = [&](long resultado) {
+            obtenido = errno;
+            dado = resultado;
+        };
+        switch (hasta(6)) {
+        case 0: // from disk; at times exactly what is free
+        case 1: {
+            const int tam = hasta(8) ? hasta(5000) : static_cast<int>(modelos[y].libres) - hasta(2);
+            string contenido(tam > 0 ? tam : 0, '\0');
+            for (char &c : contenido) c = static_cast<char>(azar());
+            EscribirFichero(de, contenido);
+            hacer(CopiarFicheroSF({kSFDisco, de.c_str()}, destino));
+            motivo = modelos[y].Aniadir(n2, contenido);
+            esperado = static_cast<long>(contenido.size());
+            break;
+        }
+        case 2:
+            hacer(CopiarFicheroSF(origen, destino));
+            motivo = i == -1 ? ENOENT : modelos[y].Aniadir(n2, bytes);
+            esperado = static_cast<long>(bytes.size());
+            break;
+        case 3:
+            hacer(MoverFicheroSF(origen, destino));
+            motivo = i == -1 ? ENOENT : modelos[y].Aniadir(n2, bytes);
+            if (motivo == 0) modelos[x].Borrar(n1);
+            break;
+        case 4:
+            hacer(CopiarFicheroSF(origen, {kSFDisco, a.c_str()}));
+            motivo = i == -1 ? ENOENT : 0;
+            esperado = static_cast<long>(bytes.size());
+            EXPECT_TRUE(i == -1 || LeerFichero(a) == bytes) << paso;
+            unlink(a.c_str());
+            break;
+        default: hacer(BorrarFichero(origen)); motivo = modelos[x].Borrar(n1);
+        }
+        if (motivo != 0) {
+            ASSERT_EQ(dado, -1) << paso;
+            ASSERT_EQ(obtenido, motivo) << paso;
+            for (int b : {0, 1}) ASSERT_EQ(bloques[b].bytes, antes[b].bytes) << paso;
+        } else {
+            ASSERT_EQ(dado, esperado) << paso;
+        }
+        for (int b : {0, 1}) Comparar(bloques[b], modelos[b]);
+        if (HasFatalFailure()) FAIL() << "at step " << paso;
+    }
+}
+
+TEST(MemFS, ASpoiledSFNeverTakesAnOperationOutsideItsData) {
+    DirectorioTemporal dir;
+    const string de = dir / "origen", a = dir / "copia";
+    constexpr size_t kUno = 32, kDos = kUno + 272, kTres = kDos + 272, kTam = 256, kDespl = 260;
+    // The 32-bit field spoiled; whether the SF is still valid in its block; errno of copying "dos" out, of
+    // adding a file and of deleting "uno" (0: it is done).
+    static constexpr struct {
+        const char *que;
+        size_t desde;
+        uint32_t valor;
+        int valido, copiar, aniadir, borrar;
+    } filas[] = {{"sound", 20, 0x5a5a5a5a, 1, 0, 0, 0},
+                 {"magic", 0, 0x110692, 0, 0, 0, ENXIO},
+                 {"more files than entries", 8, 7, 0, 0, ENOSPC, ENXIO},
+                 {"more free than there is", 16, 14721, 0, 0, 0, ENXIO},
+                 {"all of it free, with files", 16, 14720, 1, 0, 0, EIO},
+                 {"larger than its block", 12, 16385, 0, 0, 0, 0},
+                 {"directory beyond the end", 4, 61, 0, EIO, EIO, EIO},
+                 {"capacity that wraps 32 bits", 4, 15790321, 0, EIO, EIO, EIO},
+                 {"size of a file copied", kDos + kTam, 0xffffffff, 1, EIO, 0, EIO},
+                 {"size of a file deleted", kUno + kTam, 14721, 1, 0, 0, EIO},
+                 {"size of a file moved", kTres + kTam, 14720 - 299, 1, 0, EIO, EIO},
+                 {"offset of a file moved", kTres + kDespl, 14421, 1, 0, EIO, EIO},
+                 {"offset that leaves no room", kTres + kDespl, 14420, 1, 0, EIO, 0},
+                 {"a gap between files", kTres + kDespl, 7000, 1, 0, 0, 0}};
+    for (const auto &fila : filas) {
+        SCOPED_TRACE(fila.que);
+        auto preparar = [&](Bloque *b) {
+            ASSERT_EQ(FormatearSF(b->sf(), 6, b->tam), 0);
+            int tam = 0;
+            for (const char *nombre : {"uno", "dos", "tres"}) {
+                EscribirFichero(de, string(tam += 100, nombre[0]));
+                ASSERT_EQ(CopyDiskMem(de.c_str(), b->Id(nombre)), tam);
+            }
+            memcpy(b->bytes.data() + Bloque::kMarca + fila.desde, &fila.valor, sizeof fila.valor);
+        };
+        auto comprobar = [&](int motivo, auto operacion) {
+            Bloque b(16384);
+            preparar(&b);
+            const Bloque antes = b;
+            errno = 0;
+            EXPECT_EQ(operacion(b) == -1 ? errno : 0, motivo);
+            EXPECT_TRUE(b.MarcasIntactas());
+            EXPECT_EQ(b.bytes == antes.bytes, motivo != 0);
+        };
+        Bloque b(16384);
+        preparar(&b);
+        EXPECT_EQ(EsValidoSFEnBloque(b.sf(), b.tam), fila.valido);
+        EXPECT_EQ(CopyMemDisk(b.Id("dos"), a.c_str()) == -1 ? errno : 0, fila.copiar);
+        EXPECT_EQ(LeerFichero(a), fila.copiar ? "" : string(200, 'd'));
+        unlink(a.c_str());
+        comprobar(fila.aniadir, [&](Bloque &c) { return CopyDiskMem(de.c_str(), c.Id("nuevo")); });
+        comprobar(fila.borrar, [&](Bloque &c) { return BorrarFicheroSF(c.Id("uno")); });
+        if (fila.borrar != 0 || !fila.valido) continue;
+        BorrarFicheroSF(b.Id("uno"));
+        const char tercero = fila.desde == kTres + kDespl ? '\x5a' : 't';
+        Comparar(b, {6, 14220, {{"dos", string(200, 'd')}, {"tres", string(300, tercero)}}});
+    }
+}
+
+TEST(MemFS, AMoveWhoseDeletionFailsLeavesTheCopy) {
+    DirectorioTemporal dir;
+    EscribirFichero(dir / "f", "contenido");
+    Bloque x(16384), y(16384);
+    ASSERT_EQ(FormatearSF(x.sf(), 6, x.tam) | FormatearSF(y.sf(), 6, y.tam), 0);
+    for (const char *nombre : {"uno", "dos"}) CopyDiskMem((dir / "f").c_str(), x.Id(nombre));
+    Entradas(x.sf())[1].desplazamiento = 14720;
+    EXPECT_EQ(MoverFicheroSF(x.Id("uno"), y.Id("copia")), -1);
+    EXPECT_EQ(errno, EIO);
+    EXPECT_EQ(BuscarFicheroSF(x.sf(), "uno"), 0);
+    Comparar(y, {6, 14711, {{"copia", "contenido"}}});
+}
+
+TEST(MemFS, AccountsForTheBytesPlacedAndReadsNoMoreThanTheSizeFound) {
+    // Kernel files do not tell their size: these give fewer bytes, and more.
+    const char *corto = "/sys/kernel/mm/transparent_hugepage/enabled", *largo = "/proc/self/status";
+    if (access(corto, R_OK) == -1 || access(largo, R_OK) == -1) GTEST_SKIP() << "no such files here";
+    Bloque b(16384);
+    ASSERT_EQ(FormatearSF(b.sf(), 6, b.tam), 0);
+    const string bytes = LeerFichero(corto);
+    EXPECT_EQ(CopyDiskMem(corto, b.Id("corto")), static_cast<long>(bytes.size()));
+    EXPECT_EQ(CopyDiskMem(largo, b.Id("largo")), 0);
+    Comparar(b, {6, 14720 - static_cast<uint32_t>(bytes.size()), {{"corto", bytes}, {"largo", ""}}});
+}
+
+TEST(FormatearSF, RefusesWhatItCannotHold) {
+    Bloque b(16384);
+    const Bloque antes = b;
+    EXPECT_EQ(FormatearSF(b.sf(), 6, 32 + 272 * 6), -1);
+    EXPECT_EQ(errno, ENOSPC);
+    EXPECT_EQ(FormatearSF(b.sf(), 6, 1ULL << 32), -1);
+    EXPECT_EQ(errno, EFBIG);
+    EXPECT_EQ(b.bytes, antes.bytes);
+}
+
+} // namespace

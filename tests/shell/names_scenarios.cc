@@ -1,0 +1,91 @@
+#include "tests/driver/session.h"
+
+#include <cstring>
+
+namespace {
+
+using namespace escenario;
+
+std::string Esperado(const std::string &nombre) {
+    return LeerFichero(std::string(EXPECTED_DIR) + "/shell/expected/" + nombre);
+}
+
+TEST(Names, EveryCommandHasItsHelpTextAndItsAliases) {
+    const std::string textos = Esperado("help_texts.txt");
+    Sesion s;
+    const std::string alias = s.Linea("checkalias");
+    EXPECT_EQ(alias, Esperado("checkalias.txt"));
+    std::string todos;
+    int comandos = 0;
+    for (size_t pos = 0; (pos = alias.find("\n***", pos)) != std::string::npos; comandos++) {
+        pos += 4;
+        todos += s.Linea("help " + alias.substr(pos, alias.find(':', pos) - pos));
+    }
+    EXPECT_EQ(comandos, 122);
+    EXPECT_EQ(todos, textos);
+    EXPECT_EQ(s.Linea("checkalias -q"), "checkalias \n");
+    EXPECT_EQ(s.Linea("checkalias -x"), "\n");
+}
+
+TEST(Names, HelpIsReachedByNameAliasAndOption) {
+    Sesion s;
+    EXPECT_EQ(s.Linea("ayuda cd"), "cd [dir]\tCambia (o muestra) el directorio actual del shell\n");
+    EXPECT_EQ(s.Linea("cd -?"), s.Linea("help cd"));
+    EXPECT_EQ(s.Linea("exit -help"), "exit \tTermina la ejecucion del shell\n");
+    EXPECT_EQ(s.Linea("ls -?"), "ls no encontrado\n");
+    EXPECT_EQ(s.Linea("help -lt"), "info files environ memory memlist processes signals memoryFS others \n");
+    EXPECT_EQ(s.Linea("ayuda -lt"),
+              "information ficheros entorno memoria listamemoria procesos senales SFmemoria otros \n");
+    EXPECT_EQ(s.Linea("-lt -help"), s.Linea("help -lt"));
+    EXPECT_EQ(s.Linea("help -debug"), "checkalias \n");
+    EXPECT_EQ(s.Linea("help -T nada"), "\n");
+    EXPECT_EQ(s.Linea("help -T otros nada others"), s.Linea("help -T otros"));
+    EXPECT_EQ(s.Linea("-T -help files"), "\n"); // the help asked of "-T": nothing after it counts
+}
+
+TEST(Names, ThePipedHelpGivesEachNameALine) {
+    Sesion s;
+    EXPECT_EQ(s.Linea("help"), Esperado("help_piped.txt"));
+    EXPECT_EQ(s.Linea("help -all"), Esperado("help_all_piped.txt"));
+}
+
+TEST(Names, TheHelpFitsTheTerminal) {
+    SALTAR_SIN_TERMINALES();
+    Terminal t(20);
+    t.Enviar("prompt listo%%>\n");
+    t.Esperar("listo%>");
+    for (const int columnas : {20, 40, 80, 200}) {
+        t.Redimensionar(columnas);
+        t.Enviar("help\n");
+        EXPECT_EQ(t.Esperar("listo%>"),
+                  "help\n" + Esperado("help_" + std::to_string(columnas) + "_columns.txt") + "listo%>");
+    }
+}
+
+TEST(Names, AbbreviationsWorkOnlyWhenEnabledAndUnique) {
+    Sesion s;
+    EXPECT_EQ(s.Linea("abbrev"), "Uso de abreviaturas de comandos esta deshabilitado\n");
+    EXPECT_EQ(s.Linea("help hist"), "hist no encontrado\n");
+    EXPECT_EQ(s.Linea("abreviaturas on"), "");
+    EXPECT_EQ(s.Linea("abbrev x"), "Uso de abreviaturas de comandos esta habilitado\n");
+    for (const char *ambigua : {"exi", "sal", "lis", "limi", "memfs-l"}) {
+        EXPECT_EQ(s.Linea(ambigua), std::string("Abreviatura de comando no unica: ") + ambigua + "\n");
+        EXPECT_EQ(s.Linea(std::string("help ") + ambigua),
+                  std::string("abreviatura no unica: ") + ambigua + "\n");
+    }
+    static constexpr struct {
+        const char *corta, *comando;
+    } filas[] = {{"hist", "historic"}, {"ver", "version"}, {"pw", "pwd"},         {"listo", "listopen"},
+                 {"fe", "date"},       {"ls", "lseek"},    {"man", "sighandler"}, {"q", "exit"},
+                 {"era", "delete"},    {"cd", "chdir"},    {"quit", "exit"}};
+    for (const auto &f : filas) {
+        const std::string ayuda = s.Linea(std::string("help ") + f.comando);
+        EXPECT_EQ(s.Linea(std::string("help ") + f.corta), f.corta + ayuda.substr(strlen(f.comando)))
+            << f.corta;
+    }
+    EXPECT_EQ(s.Linea("help checkal"), "checkal no encontrado\n");
+    EXPECT_EQ(s.Linea("abbrev off"), "");
+    EXPECT_EQ(s.Linea("help ver"), "ver no encontrado\n");
+}
+
+} // namespace
