@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr uintptr_t kTamTramo = 1 << 20; // from here on memset runs as fast as on the whole
+constexpr uintptr_t kTamTramo = 1 << 24; // from here on memset runs as fast as on the whole
 
 /// memset may store the last bytes of its range first, so it gets a page at a time: a fault then finds
 /// everything before it filled, and a count that goes round the end of memory writes nothing below `dir`.
