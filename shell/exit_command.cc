@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "files/open_file_table.h"
 #include "memory/allocation.h"
 #include "shell/commands.h"
 #include "shell/element_list.h"
@@ -11,6 +12,7 @@ void Cmd_exit(char *[]) {
     HistoricClear();
     PathClear();
     EntornoClear();
+    ClearOpenFilesList();
     EliminarListaBloquesMemoria();
     SincronizarES();
     exit(0);

@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "files/file_details.h"
+#include "files/open_file_table.h"
 #include "shell/commands.h"
 #include "shell/element_list.h"
 #include "shell/input.h"
@@ -60,6 +61,7 @@ int main(int argc, char *argv[], char *env[]) {
     if (CheckForSystemd()) AvisoPorSystemd();
     main3arg = env;
     addrmain3arg = &env;
+    InitOpenFiles();
     const char *programa = argc > 0 ? argv[0] : "";
     FechaEjecutable = FechaFichero(programa);
     EscribirTexto("Iniciando shell..\n");

@@ -1,0 +1,134 @@
+#include "files/deletion.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstring>
+
+#include "files/descriptor.h"
+#include "files/directory.h"
+#include "shell/failure.h"
+#include "shell/words.h"
+
+namespace {
+
+constexpr int kMaxProfundidad = 10000; // of the recursion: some 2 MB of stack
+
+#ifdef O_SEARCH
+constexpr int kSoloBuscar = O_SEARCH; // to look names up, a directory need not be readable
+#else
+constexpr int kSoloBuscar = O_PATH;
+#endif
+
+/// A directory that is being emptied. Owns `dir`.
+struct Nivel {
+    Nivel *padre; // the directory above it in the tree; null at the top
+    DIR *dir;     // null while descriptors are too short for it to stay open
+    int profundidad;
+    dev_t dispositivo = 0; // which directory it is; known once it has been closed
+    ino_t inodo = 0;
+
+    Nivel(Nivel *nivelPadre, DIR *abierto)
+        : padre(nivelPadre), dir(abierto), profundidad(nivelPadre ? nivelPadre->profundidad + 1 : 1) {}
+    Nivel(const Nivel &) = delete;
+    Nivel &operator=(const Nivel &) = delete;
+    ~Nivel() { Cerrar(); }
+
+    int df() const { return dirfd(dir); }
+
+    void Cerrar() {
+        const Directorio cerrar(dir);
+        dir = nullptr;
+    }
+};
+
+/// Opens a directory, not a link to one, by its name in the directory open as `df`.
+DIR *AbrirEn(int df, const char *nombre) {
+    const int nuevo = openat(df, nombre, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (nuevo == -1) return nullptr;
+    DIR *dir = fdopendir(nuevo);
+    if (!dir) const Descriptor cerrar(nuevo);
+    return dir;
+}
+
+/// Closes the directories above `nivel`, to be opened again on the way up. Returns whether there were any.
+bool CerrarAntepasados(const Nivel *nivel) {
+    bool alguno = false;
+    for (Nivel *n = nivel->padre; n && n->dir; n = n->padre) {
+        struct stat st;
+        if (fstat(n->df(), &st) == -1) break;
+        n->dispositivo = st.st_dev;
+        n->inodo = st.st_ino;
+        n->Cerrar();
+        alguno = true;
+    }
+    return alguno;
+}
+
+/// Opens again the directory above `hijo`, at its start. Somebody may have moved `hijo` elsewhere: the
+/// directory above it must be the one that was closed.
+int ReabrirPadre(const Nivel *hijo) {
+    Nivel *padre = hijo->padre;
+    padre->dir = AbrirEn(hijo->df(), "..");
+    struct stat st;
+    if (!padre->dir || fstat(padre->df(), &st) == -1) return -1;
+    return st.st_dev == padre->dispositivo && st.st_ino == padre->inodo ? 0 : Fallo(ESTALE);
+}
+
+int Vaciar(Nivel *nivel);
+
+/// Deletes the subdirectory `nombre` of `nivel`.
+int BorrarSubdirectorio(Nivel *nivel, const char *nombre) {
+    if (nivel->profundidad == kMaxProfundidad) return Fallo(ENAMETOOLONG);
+    DIR *dir = AbrirEn(nivel->df(), nombre);
+    if (!dir && (errno == EMFILE || errno == ENFILE) && CerrarAntepasados(nivel))
+        dir = AbrirEn(nivel->df(), nombre);
+    if (!dir) return -1;
+    Nivel hijo(nivel, dir);
+    if (Vaciar(&hijo) == -1) return -1;
+    // Closed meanwhile, with the entry that holds `nombre`: read from its start, it gives the entry again.
+    if (!nivel->dir) return ReabrirPadre(&hijo);
+    hijo.Cerrar();
+    return unlinkat(nivel->df(), nombre, AT_REMOVEDIR);
+}
+
+/// Deletes everything in the directory `nivel`, which is open then unless that failed.
+int Vaciar(Nivel *nivel) {
+    for (;;) {
+        errno = 0;
+        const dirent *entrada = readdir(nivel->dir);
+        if (!entrada) return errno == 0 ? 0 : -1;
+        const char *nombre = entrada->d_name;
+        if (EsPuntoOPuntoPunto(nombre)) continue;
+        const int resultado = EntradaEsDirectorio(nivel->df(), entrada) ? BorrarSubdirectorio(nivel, nombre)
+                                                                        : unlinkat(nivel->df(), nombre, 0);
+        if (resultado == -1) return -1;
+    }
+}
+
+/// Deletes the directory `nombre` of the directory open as `df`.
+int BorrarDirectorioEn(int df, const char *nombre) {
+    Nivel nivel(nullptr, AbrirEn(df, nombre));
+    if (!nivel.dir || Vaciar(&nivel) == -1) return -1;
+    nivel.Cerrar();
+    return unlinkat(df, nombre, AT_REMOVEDIR);
+}
+
+} // namespace
+
+int BorrarDirectorio(const char *dir) {
+    char ruta[kMaxLinea];
+    size_t n = strlen(dir);
+    while (n > 1 && dir[n - 1] == '/') n--; // with a slash behind it, a link would be followed
+    if (n >= sizeof ruta) return Fallo(ENAMETOOLONG);
+    memcpy(ruta, dir, n);
+    ruta[n] = '\0';
+
+    char *barra = strrchr(ruta, '/');
+    if (!barra || n == 1) return BorrarDirectorioEn(AT_FDCWD, ruta);
+    // What holds the directory is looked up once, so that what is removed in the end is what was emptied.
+    *barra = '\0';
+    const Descriptor padre(open(barra == ruta ? "/" : ruta, kSoloBuscar | O_DIRECTORY | O_CLOEXEC));
+    return padre.df() == -1 ? -1 : BorrarDirectorioEn(padre.df(), barra + 1);
+}

@@ -1,0 +1,51 @@
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "files/commands.h"
+#include "files/redirection.h"
+#include "shell/input.h"
+#include "shell/output.h"
+
+namespace {
+
+/// What redin, redout and rederr do with their words.
+void Do_redirection(char *const palabras[], int flujo) {
+    if (!palabras[0])
+        ShowRedir();
+    else if (strcmp(palabras[0], "-reset") == 0)
+        UndoRedir(flujo);
+    else if (DoRedir(flujo, palabras[0]) == -1)
+        Imprimir("Imposible hacer redireccion %s\n", strerror(errno));
+}
+
+void Redireccionar(char *const palabras[], int flujo) {
+    SincronizarES();
+    if (HayRedireccion())
+        Do_redirection(palabras, flujo);
+    else
+        EscribirTexto("Hay que inicializar redireccion\n");
+}
+
+} // namespace
+
+void Cmd_redin(char *args[]) { Redireccionar(args, STDIN_FILENO); }
+void Cmd_redout(char *args[]) { Redireccionar(args, STDOUT_FILENO); }
+void Cmd_rederr(char *args[]) { Redireccionar(args, STDERR_FILENO); }
+
+void Cmd_initredir(char *[]) {
+    SincronizarES();
+    if (HayRedireccion())
+        EscribirTexto("redireccion ya inicializada\n");
+    else
+        InitRedir();
+}
+
+void Cmd_clearredir(char *[]) {
+    SincronizarES();
+    if (HayRedireccion())
+        ClearRedir();
+    else
+        EscribirTexto("redireccion no inicializada\n");
+}
