@@ -58,8 +58,8 @@ TEST(MemFSCommands, FormatHeapBlocksAndFindThemBySearching) {
                 "   tamano bloque memoria demasiado pequeno: 16383 (min 16384)\n"},
                {"format " + Mas(primero, 16), noValido},
                {"memfs-format " + mapeado, noValido},
-               {"memfs-list " + mapeado, "Id sistema de ficheros no valido\n"}});
-    sh.Bloque(1); // shorter than a header
+               {"memfs-list " + mapeado, "Id sistema de ficheros no valido\n"},
+               {"memfs-list " + sh.Bloque(1), "Id sistema de ficheros no valido\n"}});
     EXPECT_EQ(sh("memfs -search"), encontrados + enMapeado);
     EscribirFichero(sh.dir / "imagen", ""); // the two mappings have lost what was under them
     EXPECT_EQ(sh("memfs-find"), encontrados);
