@@ -123,7 +123,8 @@ int EsperarA(pid_t pid, Reloj::time_point plazo) {
 
 /// Reads from df into `leido` (less the carriage returns that a terminal adds) until it holds `texto` from
 /// `desde` on (empty: until the end of the output). Returns where the text ends, or npos.
-size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool terminal = false) {
+size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool terminal = false,
+                 bool puedeAcabar = false) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
     size_t mirado = 0;
     for (;;) {
@@ -139,7 +140,11 @@ size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool term
         }
         char trozo[65536];
         const ssize_t n = read(df, trozo, sizeof trozo);
-        if (n <= 0) return std::string::npos; // end (a terminal whose program has gone gives EIO)
+        if (n <= 0) { // end (a terminal whose program has gone gives EIO)
+            if (!texto.empty() && !puedeAcabar)
+                ADD_FAILURE() << "the output ended before \"" << texto << "\"; printed so far:\n" << *leido;
+            return std::string::npos;
+        }
         leido->append(trozo, static_cast<size_t>(n));
         if (terminal) std::erase(*leido, '\r');
     }
@@ -282,8 +287,8 @@ std::string Sesion::EsperarPrompt() {
     return texto;
 }
 
-std::string Sesion::Esperar(const std::string &texto) {
-    const size_t fin = LeerHasta(salida_, &leido_, texto);
+std::string Sesion::Esperar(const std::string &texto, bool puedeAcabar) {
+    const size_t fin = LeerHasta(salida_, &leido_, texto, false, puedeAcabar);
     std::string hasta = leido_.substr(0, fin);
     leido_.erase(0, fin == std::string::npos ? leido_.size() : fin);
     return hasta;

@@ -99,7 +99,7 @@ TEST(UseSignals, DecidesWhetherAnInterruptedReadEndsTheShell) {
         s.Linea("sighandler -show USR1");
         // A signal that comes just before the read does not interrupt it; one of several does.
         do kill(s.pid(), SIGUSR1);
-        while (s.Esperar("\n").ends_with("\n"));
+        while (s.Esperar("\n", true).ends_with("\n"));
         EXPECT_EQ(s.EsperarFin(), 0);
     }
     Sesion s;
