@@ -192,10 +192,11 @@ Resultado Ejecutar(const std::string &guion, const Opciones &opciones) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
     size_t enviado = 0;
     if (entrada[1] != -1) fcntl(entrada[1], F_SETFL, O_NONBLOCK);
-    while (salida[0] != -1 || errores[0] != -1) {
+    while (entrada[1] != -1 || salida[0] != -1 || errores[0] != -1) {
         if (entrada[1] != -1 && enviado == guion.size()) {
             close(entrada[1]);
             entrada[1] = -1;
+            continue;
         }
         struct pollfd p[3] = {{entrada[1], POLLOUT, 0}, {salida[0], POLLIN, 0}, {errores[0], POLLIN, 0}};
         if (poll(p, 3, MilisegundosHasta(plazo)) == 0) {
