@@ -31,7 +31,8 @@ long long &V3 = globalesNulas.v3;
 
 namespace {
 
-void Do_showvars() {
+/// Called, never merged into its caller: the locals lie in its own frame.
+[[gnu::noinline]] void Do_showvars() {
     Terna<int> locales;
     static Terna<float> estaticas = {1.0f, 1.0f, 1.0f};
     static Terna<long long> estaticasNulas;
