@@ -79,9 +79,9 @@ TEST(Execution, OnATerminalForkAndAForegroundProgramShareTheKeyboard) {
     t.Esperar("ejecutando proceso");
     t.Esperar("listo%>");
     t.Enviar("/bin/cat\n");
-    t.Esperar("/bin/cat\r\n");
+    t.Esperar("/bin/cat\n");
     t.Enviar("hola\n");
-    EXPECT_EQ(t.Esperar("hola\r\nhola\r\n"), "hola\nhola\n");
+    EXPECT_EQ(t.Esperar("hola\nhola\n"), "hola\nhola\n");
     t.Enviar("\x04");
     t.Esperar("listo%>");
     t.Enviar("exit\n");
