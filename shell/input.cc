@@ -1,6 +1,6 @@
 #include "shell/input.h"
 
-#include <poll.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
@@ -45,8 +45,10 @@ ssize_t LeerBloque(size_t cabe) {
     for (;;) {
         const ssize_t n = read(STDIN_FILENO, bloque_, tam);
         if (n != -1 || errno != EAGAIN) return n;
-        struct pollfd espera = {STDIN_FILENO, POLLIN, 0}; // a descriptor left non-blocking by somebody else
-        if (poll(&espera, 1, -1) == -1) return -1;
+        // A descriptor that somebody left non-blocking: reading has to wait, and only a read that waits is
+        // restarted after a signal.
+        const int modo = fcntl(STDIN_FILENO, F_GETFL);
+        if (modo == -1 || fcntl(STDIN_FILENO, F_SETFL, modo & ~O_NONBLOCK) == -1) return -1;
     }
 }
 

@@ -31,23 +31,25 @@ bool rechazada_;                   // descriptor 1 refused the last write
 
 void Publicar(Tramo t) { tramo_.store(t, std::memory_order_release); }
 
+/// EscribirTodo to descriptor 1 with the printing signals held off.
+int EscribirReteniendo(const void *bytes, size_t n) {
+    if (!hayRetenidas_ || reteniendo_) return EscribirTodo(STDOUT_FILENO, bytes, n);
+    sigprocmask(SIG_BLOCK, &retenidas_, &mascaraPrevia_);
+    reteniendo_ = 1;
+    const int resultado = EscribirTodo(STDOUT_FILENO, bytes, n);
+    const int motivo = errno;
+    reteniendo_ = 0;
+    sigprocmask(SIG_SETMASK, &mascaraPrevia_, nullptr);
+    errno = motivo;
+    return resultado;
+}
+
 /// Writes texto_ from inicio up to `hasta`, and lets go of it whatever happens. Returns 0, or -1 with the
 /// `errno` of the refusal. Async-signal-safe.
 int Escribir(uint32_t hasta) {
     const Tramo t = tramo_.load(std::memory_order_relaxed);
-    const bool retener = hayRetenidas_ && !reteniendo_;
-    if (retener) {
-        sigprocmask(SIG_BLOCK, &retenidas_, &mascaraPrevia_);
-        reteniendo_ = 1;
-    }
-    const int resultado = EscribirTodo(STDOUT_FILENO, texto_ + t.inicio, hasta - t.inicio);
-    const int motivo = errno;
+    const int resultado = EscribirReteniendo(texto_ + t.inicio, hasta - t.inicio);
     Publicar(hasta == t.fin ? Tramo{0, 0} : Tramo{hasta, t.fin});
-    if (retener) {
-        reteniendo_ = 0;
-        sigprocmask(SIG_SETMASK, &mascaraPrevia_, nullptr);
-    }
-    errno = motivo;
     return resultado;
 }
 
@@ -144,6 +146,8 @@ void VolcarSalida() {
     Avisar(Escribir(t.fin));
     errno = motivo;
 }
+
+int EscribirDesdeManejador(const void *bytes, size_t n) { return EscribirReteniendo(bytes, n); }
 
 void VolcarDesdeManejador() { Escribir(tramo_.load(std::memory_order_relaxed).fin); }
 

@@ -44,6 +44,10 @@ void InformarError(const char *texto);
 /// short writes are continued. Async-signal-safe. Returns 0, or -1 with the `errno` of write().
 int EscribirTodo(int df, const void *bytes, size_t n);
 
+/// Writes `n` bytes of a handler's to descriptor 1 in one piece: the other printing signals wait until they
+/// are out. Async-signal-safe. Returns as EscribirTodo.
+int EscribirDesdeManejador(const void *bytes, size_t n);
+
 /// From now on signal `sig` is held off while standard output is being written, so that a handler that writes
 /// to descriptor 1 cannot cut a line in two. For signals whose handler prints; the faults are never held off.
 void RetenerAlVolcar(int sig);

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 
 #include "memory/address.h"
 #include "shell/output.h"
@@ -10,21 +9,15 @@
 
 namespace {
 
-/// The heap blocks that have served as stacks are never released (a handler may have kept an address in
-/// them), nor lost: each carries, behind the stack, the address of the one before.
-void *ultimaPila_;
-
-/// A heap block for a stack of `tam` bytes, or null (ENOMEM).
-void *NuevaPila(size_t tam) {
-    constexpr size_t alineacion = sizeof(void *);
-    const size_t enlace = (tam + alineacion - 1) / alineacion * alineacion;
-    // A size that wraps is one that malloc cannot give.
-    void *pila = malloc(enlace < tam || enlace > SIZE_MAX / 2 ? SIZE_MAX / 2 : enlace + sizeof ultimaPila_);
-    if (!pila) return nullptr;
-    memcpy(static_cast<char *>(pila) + enlace, &ultimaPila_, sizeof ultimaPila_);
-    ultimaPila_ = pila;
-    return pila;
-}
+/// A heap block that serves as a stack is never released (a handler may have kept an address in it), nor
+/// lost: it carries the address of the one before. Behind that lies a margin: the system looks only at
+/// whether its own frame fits, and what a handler needs beyond it must not reach the blocks around.
+struct BloquePila {
+    BloquePila *anterior;
+    char margen[1024];
+    char pila[];
+};
+BloquePila *ultima_;
 
 void Showstack() {
     stack_t pila;
@@ -37,9 +30,23 @@ void Showstack() {
 void Setstack(char *args[]) {
     stack_t pila = {};
     pila.ss_size = static_cast<size_t>(atol(args[0]));
-    pila.ss_sp = args[1] ? cadtop(args[1]) : NuevaPila(pila.ss_size);
+    BloquePila *bloque = nullptr;
+    if (args[1]) {
+        pila.ss_sp = cadtop(args[1]);
+    } else {
+        // A negative size is one that malloc cannot give.
+        bloque = static_cast<BloquePila *>(
+            malloc(pila.ss_size < SIZE_MAX / 2 ? sizeof *bloque + pila.ss_size : SIZE_MAX / 2));
+        if (bloque) pila.ss_sp = bloque->pila;
+    }
     // A null base is refused here: the system would take it for an address.
-    if (!pila.ss_sp || sigaltstack(&pila, nullptr) == -1) InformarError("Imposible establecer pila");
+    if (!pila.ss_sp || sigaltstack(&pila, nullptr) == -1) {
+        InformarError("Imposible establecer pila");
+        free(bloque);
+    } else if (bloque) {
+        bloque->anterior = ultima_;
+        ultima_ = bloque;
+    }
 }
 
 } // namespace

@@ -13,7 +13,7 @@ volatile std::sig_atomic_t maxreenvios;
 namespace {
 
 /// `marco`: an address in the handler's frame, which shows on which stack it runs and how deep.
-void AvisarRecibida(int senal, int veces, const void *marco) {
+int AvisarRecibida(int senal, int veces, const void *marco) {
     TextoManejador aviso;
     aviso.Poner("Recibida senal ");
     aviso.Poner(NombreSenal(senal));
@@ -22,7 +22,7 @@ void AvisarRecibida(int senal, int veces, const void *marco) {
     aviso.Poner(" veces en ");
     aviso.PonerDireccion(marco);
     aviso.Poner("\n");
-    EscribirAviso(aviso);
+    return EscribirAviso(aviso);
 }
 
 } // namespace
@@ -31,8 +31,9 @@ void handler(int senal) {
     const int motivo = errno; // the interrupted code may be about to tell it
     // In one step: with SA_NODEFER the same signal may interrupt between a read and a write.
     const int veces = __atomic_add_fetch(&cont[senal], 1, __ATOMIC_RELAXED);
-    if (v[senal]) AvisarRecibida(senal, veces, &senal);
+    // A notice that cannot be written is the last one: with PIPE or XFSZ the refusal would bring the next.
+    if (v[senal] && AvisarRecibida(senal, veces, &senal) == -1) v[senal] = 0;
     if (r[senal] && (maxreenvios == 0 || cont[senal] < maxreenvios)) kill(getpid(), senal);
-    if (delay[senal] != 0) sleep(static_cast<unsigned>(delay[senal]));
+    if (delay[senal] > 0) sleep(static_cast<unsigned>(delay[senal]));
     errno = motivo;
 }

@@ -7,13 +7,13 @@
 // the access or the division as something that cannot happen.
 // NOLINTBEGIN(clang-analyzer-*,bugprone-integer-division): what they find is the lesson.
 
-[[gnu::no_sanitize("undefined")]] void Cmd_segmentation(char *[]) {
+__attribute__((no_sanitize("undefined"))) void Cmd_segmentation(char *[]) {
     SincronizarES(); // the fault may be the end of the shell
     volatile int *volatile nulo = nullptr;
     *nulo = 0;
 }
 
-[[gnu::no_sanitize("undefined")]] void Cmd_fpe(char *[]) {
+__attribute__((no_sanitize("undefined"))) void Cmd_fpe(char *[]) {
     SincronizarES();
     volatile int dividendo = 23, divisor = 0;
     // The integer division traps on some processors; the floating ones have an answer for everything.

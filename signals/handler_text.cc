@@ -1,10 +1,6 @@
 #include "signals/handler_text.h"
 
-#include <signal.h>
-#include <unistd.h>
-
 #include <cstdint>
-#include <initializer_list>
 
 #include "shell/output.h"
 
@@ -38,11 +34,4 @@ void TextoManejador::PonerDireccion(const void *direccion) {
     Poner(p);
 }
 
-void EscribirAviso(const TextoManejador &aviso) {
-    sigset_t casiTodas, previa;
-    sigfillset(&casiTodas);
-    for (const int fallo : {SIGSEGV, SIGBUS, SIGFPE, SIGILL}) sigdelset(&casiTodas, fallo);
-    sigprocmask(SIG_BLOCK, &casiTodas, &previa);
-    EscribirTodo(STDOUT_FILENO, aviso.texto, aviso.n);
-    sigprocmask(SIG_SETMASK, &previa, nullptr);
-}
+int EscribirAviso(const TextoManejador &aviso) { return EscribirDesdeManejador(aviso.texto, aviso.n); }

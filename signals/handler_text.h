@@ -13,6 +13,6 @@ struct TextoManejador {
     void PonerDireccion(const void *); ///< as "%p" does
 };
 
-/// Writes the line to descriptor 1 in one piece: other signals, the faults apart, wait until it is out.
-/// Async-signal-safe.
-void EscribirAviso(const TextoManejador &aviso);
+/// Writes the line to descriptor 1 in one piece. Async-signal-safe. Returns 0, or -1 with the `errno` of
+/// write().
+int EscribirAviso(const TextoManejador &aviso);

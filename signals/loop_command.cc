@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <cerrno>
 #include <cmath>
 #include <csignal>
 #include <cstring>
@@ -39,10 +40,12 @@ void BucleMixto() {
 }
 
 void ManejadorBucle(int) {
+    const int motivo = errno;
     TextoManejador aviso;
     aviso.Poner("  Manejando SIGINT\n");
     EscribirAviso(aviso);
     TestSetBucle(1, 0);
+    errno = motivo;
 }
 
 void BucleInfinito(void (*unidad)(), int pausa) {
@@ -60,6 +63,7 @@ void BucleInfinito(void (*unidad)(), int pausa) {
 
 void Cmd_bucle(char *args[]) {
     SincronizarES(); // from here on the handler may run at any moment, one that was blocked at once
+    RetenerAlVolcar(SIGINT);
     InstalarManejadorSenal(SIGINT, ManejadorBucle, static_cast<int>(SA_RESETHAND), nullptr);
     DesenmascararSenal(SIGINT);
     void (*unidad)() = BucleUser;

@@ -245,6 +245,7 @@ Sesion::Sesion(const Opciones &opciones) {
     int entrada[2], salida[2], errores[2] = {-1, -1};
     Tuberia(entrada);
     Tuberia(salida);
+    if (o.salidaEstrecha) fcntl(salida[1], F_SETPIPE_SZ, 4096);
     if (o.erroresAparte) Tuberia(errores);
     pid_ = fork();
     if (pid_ == 0) {
@@ -293,6 +294,16 @@ std::string Sesion::Esperar(const std::string &texto, bool puedeAcabar) {
     std::string hasta = leido_.substr(0, fin);
     leido_.erase(0, fin == std::string::npos ? leido_.size() : fin);
     return hasta;
+}
+
+void Sesion::EsperarTuberiaLlena() {
+    const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
+    const int capacidad = fcntl(salida_, F_GETPIPE_SZ);
+    int dentro = 0;
+    while (dentro < capacidad - 128) { // less than any line that would still fit
+        ASSERT_LT(Reloj::now(), plazo) << "the output did not fill its pipe";
+        ioctl(salida_, FIONREAD, &dentro);
+    }
 }
 
 std::string Sesion::Errores() {

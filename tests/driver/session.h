@@ -23,6 +23,7 @@ struct Opciones {
     std::string programa = SHELL_PROGRAM;
     bool entradaFichero = false;     ///< the script is a regular file, not a pipe
     bool salidaFichero = false;      ///< the output goes to a regular file, not a pipe
+    bool salidaEstrecha = false;     ///< the output is a pipe of one page, so that long writes have to wait
     bool erroresAparte = false;      ///< standard error is kept apart, not merged in order
     unsigned uid = 0;                ///< run as this user when not 0
     long maxProcesos = -1;           ///< limit on the user's processes (RLIMIT_NPROC) when not -1
@@ -55,6 +56,8 @@ class Sesion {
     std::string Esperar(const std::string &texto, bool puedeAcabar = false);
     /// Reads up to the next prompt.
     std::string EsperarPrompt();
+    /// Waits until the output pipe is full: the program is held up in a write.
+    void EsperarTuberiaLlena();
     /// What has arrived on standard error (kept apart) since the last call.
     std::string Errores();
     /// Closes the input and waits for the end; returns the wait status. `resto`: what was still printed.
