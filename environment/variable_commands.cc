@@ -16,8 +16,9 @@ namespace {
 void MostrarEntrada(const char *via, const char *nombre, char *const entorno[]) {
     const int pos = BuscarVariable(nombre, entorno);
     if (pos == -1) return;
-    Imprimir("%s %s(%p) @%p\n", via, entorno[pos], static_cast<void *>(entorno[pos]),
-             static_cast<const void *>(&entorno[pos]));
+    Imprimir("%s ", via);
+    EscribirTexto(entorno[pos]);
+    Imprimir("(%p) @%p\n", static_cast<void *>(entorno[pos]), static_cast<const void *>(&entorno[pos]));
 }
 
 void ImprimirImposibleCambiar() { Imprimir("Imposible cambiar variable: %s\n", strerror(errno)); }

@@ -62,7 +62,10 @@ int SustituirVariable(const char *nombre1, const char *nombre2, const char *valo
 }
 
 void MostrarEntorno(char *const entorno[], const char *etiqueta) {
-    for (int i = 0; entorno && entorno[i]; i++)
-        Imprimir("%p->%s[%d]=(%p) %s\n", static_cast<const void *>(&entorno[i]), etiqueta, i,
-                 static_cast<void *>(entorno[i]), entorno[i]);
+    for (int i = 0; entorno && entorno[i]; i++) {
+        Imprimir("%p->%s[%d]=(%p) ", static_cast<const void *>(&entorno[i]), etiqueta, i,
+                 static_cast<void *>(entorno[i]));
+        EscribirTexto(entorno[i]);
+        EscribirTexto("\n");
+    }
 }

@@ -1,6 +1,7 @@
 #include "files/deletion.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,7 +14,16 @@
 
 namespace {
 
-constexpr int kMaxProfundidad = 10000; // of the recursion: some 3 MB of stack
+constexpr int kMaxProfundidad = 10000;
+constexpr rlim_t kPilaPorNivel = 1024; // more than a level of the recursion takes
+
+/// How deep the recursion may go on the stack that the shell has.
+int ProfundidadPosible() {
+    struct rlimit pila;
+    if (getrlimit(RLIMIT_STACK, &pila) == -1 || pila.rlim_cur / kPilaPorNivel > kMaxProfundidad)
+        return kMaxProfundidad;
+    return static_cast<int>(pila.rlim_cur / kPilaPorNivel);
+}
 
 #ifdef O_SEARCH
 constexpr int kSoloBuscar = O_SEARCH; // to look names up, a directory need not be readable
@@ -43,15 +53,6 @@ struct Nivel {
     }
 };
 
-/// Opens a directory, not a link to one, by its name in the directory open as `df`.
-DIR *AbrirEn(int df, const char *nombre) {
-    const int nuevo = openat(df, nombre, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (nuevo == -1) return nullptr;
-    DIR *dir = fdopendir(nuevo);
-    if (!dir) const Descriptor cerrar(nuevo);
-    return dir;
-}
-
 /// Closes the directories above `nivel`, to be opened again on the way up. Returns whether there were any.
 bool CerrarAntepasados(const Nivel *nivel) {
     bool alguno = false;
@@ -70,7 +71,7 @@ bool CerrarAntepasados(const Nivel *nivel) {
 /// directory above it must be the one that was closed.
 int ReabrirPadre(const Nivel *hijo) {
     Nivel *padre = hijo->padre;
-    padre->dir = AbrirEn(hijo->df(), "..");
+    padre->dir = AbrirDirectorioEn(hijo->df(), "..");
     struct stat st;
     if (!padre->dir || fstat(padre->df(), &st) == -1) return -1;
     return st.st_dev == padre->dispositivo && st.st_ino == padre->inodo ? 0 : Fallo(ESTALE);
@@ -80,10 +81,10 @@ int Vaciar(Nivel *nivel);
 
 /// Deletes the subdirectory `nombre` of `nivel`.
 int BorrarSubdirectorio(Nivel *nivel, const char *nombre) {
-    if (nivel->profundidad == kMaxProfundidad) return Fallo(ENAMETOOLONG);
-    DIR *dir = AbrirEn(nivel->df(), nombre);
+    if (nivel->profundidad >= ProfundidadPosible()) return Fallo(ENAMETOOLONG);
+    DIR *dir = AbrirDirectorioEn(nivel->df(), nombre);
     if (!dir && (errno == EMFILE || errno == ENFILE) && CerrarAntepasados(nivel))
-        dir = AbrirEn(nivel->df(), nombre);
+        dir = AbrirDirectorioEn(nivel->df(), nombre);
     if (!dir) return -1;
     Nivel hijo(nivel, dir);
     if (Vaciar(&hijo) == -1) return -1;
@@ -109,7 +110,9 @@ int Vaciar(Nivel *nivel) {
 
 /// Deletes the directory `nombre` of the directory open as `df`.
 int BorrarDirectorioEn(int df, const char *nombre) {
-    Nivel nivel(nullptr, AbrirEn(df, nombre));
+    // rmdir refuses these names; it is asked before everything else is gone, not after.
+    if (EsPuntoOPuntoPunto(nombre)) return unlinkat(df, nombre, AT_REMOVEDIR);
+    Nivel nivel(nullptr, AbrirDirectorioEn(df, nombre));
     if (!nivel.dir || Vaciar(&nivel) == -1) return -1;
     nivel.Cerrar();
     return unlinkat(df, nombre, AT_REMOVEDIR);

@@ -27,6 +27,9 @@ class Descriptor {
         return close(df);
     }
 
+    /// Leaves it to somebody else, who owns it from here on.
+    void Soltar() { df_ = -1; }
+
   private:
     int df_;
 };

@@ -37,6 +37,10 @@ class Directorio {
     DIR *dir_;
 };
 
+/// Opens a directory, not a link to one, by its name in the directory open as `df`. Returns null with the
+/// `errno` of openat: ENOTDIR (ELOOP on some systems) for a link.
+DIR *AbrirDirectorioEn(int df, const char *nombre);
+
 /// Whether `nombre` is "." or "..".
 inline bool EsPuntoOPuntoPunto(const char *nombre) {
     return nombre[0] == '.' && (nombre[1] == '\0' || (nombre[1] == '.' && nombre[2] == '\0'));

@@ -17,35 +17,42 @@ namespace {
 constexpr size_t kTamLinea = 4096;
 constexpr size_t kTamEnlace = 1024; // the target of a link
 
-/// Names by id, filled as they are asked for. A tree of 100,000 files has a handful of owners; the databases
-/// are read once for each.
+/// Names by id. A tree of 100,000 files has a handful of owners; the databases are read once for each, in the
+/// row that its number gives or the first free one behind it.
 struct NombresVistos {
-    static constexpr unsigned kMax = 256;
+    static constexpr unsigned kMax = 4096;
+    // Rows looked at; beyond them the first one is given to the new id.
+    static constexpr unsigned kIntentos = 16;
     struct Fila {
         unsigned id;
-        bool usada;
-        char nombre[40];
+        unsigned orden; // the command that filled it
+        char nombre[56];
     } filas[kMax];
 
-    /// The row of `id`: its own, or a free one, or null when all rows are other ids'.
-    Fila *Buscar(unsigned id) {
-        for (unsigned i = 0; i < kMax; i++) {
+    Fila *Buscar(unsigned id, unsigned orden) {
+        for (unsigned i = 0; i < kIntentos; i++) {
             Fila *fila = &filas[(id + i) % kMax];
-            if (!fila->usada || fila->id == id) return fila;
+            if (fila->orden != orden || fila->id == id) return fila;
         }
-        return nullptr;
+        filas[id % kMax].orden = 0;
+        return &filas[id % kMax];
     }
 };
 NombresVistos usuarios_, grupos_;
+unsigned orden_ = 1; // a name is good for one command
 
 const char *NombreVisto(NombresVistos *vistos, unsigned id, const char *(*buscar)(unsigned)) {
-    NombresVistos::Fila *fila = vistos->Buscar(id);
-    if (fila && fila->usada) return fila->nombre;
+    NombresVistos::Fila *fila = vistos->Buscar(id, orden_);
+    if (fila->orden == orden_) return fila->nombre;
+    errno = 0;
     const char *nombre = buscar(id);
-    if (!fila || strlen(nombre) >= sizeof fila->nombre) return nombre;
-    fila->id = id;
+    // A database that could not be read (no descriptor left) may be readable at the next file.
+    const bool fallida =
+        errno == EMFILE || errno == ENFILE || errno == ENOMEM || errno == EIO || errno == EINTR;
+    if (fallida || strlen(nombre) >= sizeof fila->nombre) return nombre;
     strcpy(fila->nombre, nombre);
-    fila->usada = true;
+    fila->id = id;
+    fila->orden = orden_;
     return fila->nombre;
 }
 
@@ -96,9 +103,6 @@ void AnadeEnlace(Linea *linea, int df, const char *ruta) {
     }
 }
 
-// The minute that the text of Fecha2 shows: files come in bursts.
-time_t minutoDesde_, minutoHasta_;
-
 } // namespace
 
 const char *DetallesFichero(int corto, int dir, const char *nombre, int link, int acc) {
@@ -109,7 +113,9 @@ const char *DetallesFichero(int corto, int dir, const char *nombre, int link, in
     if (fstatat(dir, nombre, &st, AT_SYMLINK_NOFOLLOW) == -1) {
         const char *motivo = strerror(errno);
         l->Poner(" ****error al acceder a ");
-        l->Poner(nombre);
+        const size_t cabe =
+            sizeof l->texto - l->n - strlen(motivo) - 2; // a name as long as a line is cut, not the reason
+        l->Poner(nombre, strnlen(nombre, cabe));
         l->Poner(":");
         l->Poner(motivo);
         return l->Terminar();
@@ -179,17 +185,13 @@ const char *NombreGrupo(gid_t gid) {
 
 const char *Fecha2(time_t t) {
     static char fecha[64];
-    if (t >= minutoDesde_ && t < minutoHasta_) return fecha;
     struct tm tm;
     if (!localtime_r(&t, &tm)) {
-        minutoDesde_ = minutoHasta_ = 0;
         snprintf(fecha, sizeof fecha, "%lld", static_cast<long long>(t)); // a year beyond what int holds
         return fecha;
     }
-    snprintf(fecha, sizeof fecha, "%4d/%02d/%02d-%02d:%02d", tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday,
+    snprintf(fecha, sizeof fecha, "%4ld/%02d/%02d-%02d:%02d", tm.tm_year + 1900L, tm.tm_mon + 1, tm.tm_mday,
              tm.tm_hour, tm.tm_min);
-    minutoDesde_ = t - tm.tm_sec;
-    minutoHasta_ = minutoDesde_ + 60;
     return fecha;
 }
 
@@ -198,7 +200,7 @@ const char *ConvertirDia(time_t t) {
     struct tm tm = {};
     tzset();
     localtime_r(&t, &tm);
-    snprintf(dia, sizeof dia, "%02d/%02d/%04d", tm.tm_mday, tm.tm_mon + 1, tm.tm_year + 1900);
+    snprintf(dia, sizeof dia, "%02d/%02d/%04ld", tm.tm_mday, tm.tm_mon + 1, tm.tm_year + 1900L);
     return dia;
 }
 
@@ -222,9 +224,7 @@ int EsDirectorio(const char *ruta) {
 }
 
 void IniciarDetalles() {
-    memset(&usuarios_, 0, sizeof usuarios_);
-    memset(&grupos_, 0, sizeof grupos_);
-    minutoDesde_ = minutoHasta_ = 0;
+    orden_++;
     tzset();
 }
 

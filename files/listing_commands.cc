@@ -60,7 +60,7 @@ void ListarNombres(char *args[], int conocidas, int recursion) {
     for (; *nombres; nombres++) {
         if (!EsDirectorio(*nombres))
             ImprimirDetalles(*nombres, o);
-        else if (ListarDirectorio(*nombres, o.corto, o.hid, o.rec, o.link, o.acc) == -1)
+        else if (ListarDirectorio({AT_FDCWD, *nombres, *nombres}, o.corto, o.hid, o.rec, o.link, o.acc) == -1)
             Imprimir("Error al listar directorio %s:%s\n", *nombres, strerror(errno));
     }
 }

@@ -42,6 +42,7 @@ void Cmd_read(char *args[]) {
     if (!HayPalabras(args, 3)) return;
     const int df = atoi(args[0]);
     void *dir = cadtop(args[1]);
+    SincronizarCadaLinea();
     const ssize_t leidos = read(df, dir, LeerCuenta(args[2]));
     if (leidos == -1)
         Imprimir("Error al leer del descriptor %d a la direccion %p: %s\n", df, dir, strerror(errno));

@@ -5,9 +5,10 @@
 #include "memfs/file_system.h"
 #include "memfs/sf_identifier.h"
 #include "memory/block_list.h"
+#include "shell/input.h"
 #include "shell/output.h"
 
-// Each handler that works inside a block writes standard output out first: the disk file that it reads may be
+// Each handler that works inside a block synchronises first: the disk file that it reads may be
 // the one that standard output goes to, opening it may take its time, and a block that the system cannot back
 // with memory ends the shell.
 
@@ -17,7 +18,7 @@ constexpr unsigned long long kMinBloque = 16384;      ///< bytes of the smallest
 constexpr unsigned long long kBytesPorFichero = 4096; ///< one directory entry for each of these
 
 void CopiarOMover(char *args[], bool mover) {
-    VolcarSalida();
+    SincronizarES();
     Idfich origen, destino;
     ObtenerIdfich(&origen, args[0]);
     ObtenerIdfich(&destino, args[1]);
@@ -46,7 +47,7 @@ void MemFSFormat(char *args[]) {
                  static_cast<int>(kMinBloque));
         return;
     }
-    VolcarSalida();
+    SincronizarES();
     if (FormatearSF(dir, static_cast<uint32_t>(tam / kBytesPorFichero + 2), tam) == -1)
         InformarError("Imposible formatear SF");
     else
@@ -58,7 +59,7 @@ void MemFSListar(char *args[]) {
         EscribirTexto("   memfs-ls id_mem\n");
         return;
     }
-    VolcarSalida();
+    SincronizarES();
     void *dir = ObtenerDireccionSF(args[0]);
     if (ValidSFAddr(dir))
         ListarSF(static_cast<SF *>(dir));
@@ -85,7 +86,7 @@ void MemFSBorrar(char *args[]) {
         EscribirTexto("   memfs-rm id_fich\n");
         return;
     }
-    VolcarSalida();
+    SincronizarES();
     Idfich id;
     ObtenerIdfich(&id, args[0]);
     if (BorrarFichero(id) == -1) InformarError("Imposible borrar fichero");

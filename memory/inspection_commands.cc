@@ -11,8 +11,18 @@
 #include "shell/words.h"
 
 // No address is checked: the commands touch exactly what the user says. A fault may end the shell, so each
-// has its output written out before it touches anything. Those that say what they do afterwards say it only
-// of what was done.
+// has its output written out before it touches anything; after a write to who knows where, the next
+// allocation may. Those that say what they do afterwards say it only of what was done.
+
+namespace {
+
+/// To be called before a command writes where the user says.
+void PrepararEscritura() {
+    SincronizarES();
+    SincronizarCadaLinea();
+}
+
+} // namespace
 
 void Cmd_memdump(char *args[]) {
     if (!args[0]) return;
@@ -42,7 +52,7 @@ void Cmd_memfill(char *args[]) {
     }
     Imprimir("Llenando %zu bytes de memoria con el byte%s(%02x) a partir de la direccion %p\n", cont,
              CadBon(static_cast<signed char>(byte)), byte, dir);
-    SincronizarES();
+    PrepararEscritura();
     LlenarMemoria(dir, cont, byte, paso);
 }
 
@@ -51,7 +61,7 @@ void Cmd_memcopy(char *args[]) {
     const void *origen = cadtop(args[0]);
     void *destino = cadtop(args[1]);
     const size_t cont = args[2] ? strtoull(args[2], nullptr, 10) : 128;
-    SincronizarES();
+    PrepararEscritura();
     memcpy(Opaca(destino), Opaca(origen), cont);
     Imprimir("Copiando %zu bytes de %p a %p\n", cont, origen, destino);
 }
@@ -61,7 +71,7 @@ void Cmd_stringcopy(char *args[]) {
     static char cadena[kMaxLinea]; // whatever fits in a line fits here
     void *destino = cadtop(args[0]);
     const size_t largo = UnirPalabras(cadena, sizeof cadena, args + 1);
-    SincronizarES();
+    PrepararEscritura();
     memcpy(Opaca(destino), cadena, largo + 1);
     Imprimir("Copiando %s en %p\n", cadena, destino);
 }
@@ -73,7 +83,7 @@ void Cmd_readfile(char *args[]) {
     }
     void *dir = cadtop(args[1]);
     const size_t cont = args[2] ? static_cast<size_t>(atoll(args[2])) : kTodoElFichero;
-    SincronizarES();
+    PrepararEscritura();
     const ssize_t leidos = LeerFichero(args[0], dir, cont);
     if (leidos == -1)
         InformarError("Imposible leer fichero");

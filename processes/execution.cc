@@ -12,7 +12,6 @@
 #include "processes/process_list.h"
 #include "processes/search_path.h"
 #include "shell/failure.h"
-#include "shell/input.h"
 #include "shell/output.h"
 
 namespace {
@@ -43,7 +42,6 @@ int CambiarUsuarioYPrioridad(const char *usuario, const int *prioridad) {
 
 int exec(char *linea[], const char *usuario, const int *prioridad) {
     if (!linea[0]) return Fallo(EFAULT);
-    SincronizarES();
     int leida;
     const int posPrioridad = prioridad ? 0 : ComprobarPrioridad(linea, &leida);
     if (CambiarUsuarioYPrioridad(usuario, posPrioridad > 0 ? &leida : prioridad) == -1) return -1;

@@ -2,12 +2,14 @@
 
 #include "processes/commands.h"
 #include "processes/execution.h"
+#include "shell/input.h"
 #include "shell/output.h"
 
 namespace {
 
 /// exec() in the shell itself; what comes back is a failure.
 void EjecutarAqui(char *linea[], const char *usuario, const int *prioridad) {
+    SincronizarES();
     if (exec(linea, usuario, prioridad) == -1) InformarError("Imposible ejecutar");
 }
 

@@ -37,11 +37,9 @@ int PathAddPath() {
 const char *Ejecutable(const char *nombre) {
     static char candidato[kTamCandidato];
     if (!nombre) return nullptr;
-    const char *dir = PathFirst();
-    if (!dir || EmpiezaPor(nombre, "/") || EmpiezaPor(nombre, "./") || EmpiezaPor(nombre, "../"))
-        return nombre;
+    if (EmpiezaPor(nombre, "/") || EmpiezaPor(nombre, "./") || EmpiezaPor(nombre, "../")) return nombre;
     const size_t m = strlen(nombre);
-    for (; dir; dir = PathNext()) {
+    for (const char *dir = PathFirst(); dir; dir = PathNext()) {
         const size_t n = strlen(dir);
         if (n + 1 + m >= sizeof candidato) continue; // too long a candidate: the next directory may hold it
         memcpy(candidato, dir, n);

@@ -520,7 +520,7 @@ namespace {
 constexpr int FilasConNombre() {
     int n = 0;
     for (const CommandEntry &fila : CommandTable)
-        if (fila.nombre && fila.ayuda) n++; // a handler's address is no constant to g++'s sanitizers
+        if (fila.nombre && fila.ayuda) n++;
     return n;
 }
 static_assert(FilasConNombre() == kNumComandos, "a row of CommandTable is missing");

@@ -1,3 +1,4 @@
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 
@@ -46,8 +47,8 @@ void Cmd_hist(char *args[]) {
     } else {
         char *fin;
         const unsigned long n = strtoul(args[0], &fin, 10);
-        // A number too large for a position names no entry, like any other beyond the last.
-        if (*fin == '\0') RepeatHistoric(static_cast<int>(n <= kMaxElementos ? n : kMaxElementos));
+        if (*fin == '\0')
+            RepeatHistoric(n <= INT_MAX ? static_cast<int>(n) : INT_MAX); // no entry stands there
     }
 }
 

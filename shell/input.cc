@@ -24,6 +24,7 @@ char bloque_[kTamBloque]; // read and not yet used: [pos_, fin_)
 size_t pos_, fin_;
 char pendiente_[kTamPendiente]; // the line being put together; survives an interrupted read
 size_t numPendiente_;
+bool cadaLinea_; // every line starts synchronised
 
 Fuente ClaseDeEntrada() {
     struct stat st;
@@ -35,12 +36,14 @@ Fuente ClaseDeEntrada() {
     return Fuente::Otra;
 }
 
-/// Reads more input into the empty block. Returns what read() returned.
-ssize_t LeerBloque() {
+/// Reads more input into the empty block, from a terminal at most `cabe` bytes: what a line has more stays
+/// with the terminal. Returns what read() returned.
+ssize_t LeerBloque(size_t cabe) {
     if (fuente_ == Fuente::Desconocida) fuente_ = ClaseDeEntrada();
     if (fuente_ != Fuente::Fichero) VolcarSalida(); // this read may wait; the prompt must be seen
+    const size_t tam = fuente_ == Fuente::Fichero ? kTamBloque : fuente_ == Fuente::Terminal ? cabe : 1;
     for (;;) {
-        const ssize_t n = read(STDIN_FILENO, bloque_, fuente_ == Fuente::Otra ? 1 : kTamBloque);
+        const ssize_t n = read(STDIN_FILENO, bloque_, tam);
         if (n != -1 || errno != EAGAIN) return n;
         struct pollfd espera = {STDIN_FILENO, POLLIN, 0}; // a descriptor left non-blocking by somebody else
         if (poll(&espera, 1, -1) == -1) return -1;
@@ -51,6 +54,7 @@ Lectura Entregar(char *linea) {
     memcpy(linea, pendiente_, numPendiente_);
     linea[numPendiente_] = '\0';
     numPendiente_ = 0;
+    if (cadaLinea_) SincronizarES();
     return Lectura::Linea;
 }
 
@@ -70,7 +74,7 @@ Lectura LeerLinea(char *linea, size_t tam) {
             if (salto || numPendiente_ == maximo) return Entregar(linea);
         }
         pos_ = fin_ = 0;
-        const ssize_t n = LeerBloque();
+        const ssize_t n = LeerBloque(maximo - numPendiente_);
         if (n > 0)
             fin_ = static_cast<size_t>(n);
         else if (n == 0)
@@ -81,6 +85,8 @@ Lectura LeerLinea(char *linea, size_t tam) {
 }
 
 bool EntradaEsTerminal() { return isatty(STDIN_FILENO) == 1; }
+
+void SincronizarCadaLinea() { cadaLinea_ = true; }
 
 void SincronizarES() {
     const int motivo = errno;

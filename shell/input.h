@@ -18,6 +18,10 @@ Lectura LeerLinea(char *linea, size_t tam);
 /// Whether descriptor 0 is a terminal.
 bool EntradaEsTerminal();
 
+/// From now on every line starts synchronised (SincronizarES). For a command that writes wherever the user
+/// said: any later one may find the heap broken and end the shell.
+void SincronizarCadaLinea();
+
 /// Puts the descriptors in the state that the user sees: writes out standard output and sets the offset of
 /// standard input to the byte after the last line read. To be called before a child is made, before a program
 /// replaces the shell, before a command touches or shows a descriptor, before a fault can end the shell, and

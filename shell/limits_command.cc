@@ -8,9 +8,11 @@
 
 namespace {
 
-void PrintLimits(int recurso, const char *nombre, const char *unidad, int divisor) {
+/// `recurso`: a resource code of getrlimit, whose type is the platform's own.
+template<class Recurso>
+void PrintLimits(Recurso recurso, const char *nombre, const char *unidad, int divisor) {
     struct rlimit limite;
-    if (getrlimit(static_cast<__rlimit_resource_t>(recurso), &limite) == -1) {
+    if (getrlimit(recurso, &limite) == -1) {
         Imprimir("No puedo obtener los limites del recurso %s: %s\n", nombre, strerror(errno));
         return;
     }

@@ -51,38 +51,36 @@ int Escribir(uint32_t hasta) {
     return resultado;
 }
 
-/// Writes up to `hasta` and tells of a refusal. Keeps `errno`.
-void EscribirYAvisar(uint32_t hasta) {
-    if (tramo_.load(std::memory_order_relaxed).inicio == hasta) return;
-    const int motivo = errno;
-    const int resultado = Escribir(hasta);
-    // The text is lost, so the user is told; once, or a closed descriptor would double every line from there
-    // on.
-    if (resultado == -1 && !rechazada_) {
+/// Tells of a refusal: the text is lost. Once, or a closed descriptor would double every line from there on.
+/// Keeps `errno`.
+void Avisar(int resultado) {
+    if (resultado == 0) {
+        rechazada_ = false;
+    } else if (!rechazada_) {
         rechazada_ = true;
         InformarError("Imposible escribir en la salida estandar");
-    } else if (resultado == 0) {
-        rechazada_ = false;
     }
-    errno = motivo;
 }
 
-/// Makes room for `n` bytes at the end: writes the complete lines, keeps the line that is still being formed.
-/// A line that fills half of the buffer is written in parts.
+/// Makes room for `n` bytes (at most kMaxReserva) at the end: writes the complete lines, keeps the line that
+/// is still being formed. A line that fills half of the buffer is written in parts.
 void HacerSitio(size_t n) {
-    Tramo t = tramo_.load(std::memory_order_relaxed);
+    static_assert(kTamSalida / 2 >= kMaxReserva, "there is room behind half a buffer");
+    const Tramo t = tramo_.load(std::memory_order_relaxed);
     if (kTamSalida - t.fin >= n) return;
     const void *fin = memrchr(texto_ + t.inicio, '\n', t.fin - t.inicio);
-    const uint32_t corte = fin ? static_cast<uint32_t>(static_cast<const char *>(fin) + 1 - texto_) : t.fin;
-    const uint32_t resto = t.fin - corte;
-    if (resto > corte || kTamSalida - resto < n) {
-        EscribirYAvisar(t.fin);
-        return;
+    uint32_t corte = fin ? static_cast<uint32_t>(static_cast<const char *>(fin) + 1 - texto_) : t.fin;
+    if (t.fin - corte > corte) corte = t.fin;
+    const int motivo = errno;
+    const int resultado = Escribir(corte);
+    const int rechazo = errno;
+    if (const uint32_t resto = t.fin - corte; resto > 0) {
+        memcpy(texto_, texto_ + corte, resto);
+        Publicar({0, resto});
     }
-    EscribirYAvisar(corte);
-    if (resto == 0) return;
-    memcpy(texto_, texto_ + corte, resto);
-    Publicar({0, resto});
+    errno = rechazo;
+    Avisar(resultado);
+    errno = motivo;
 }
 
 } // namespace
@@ -134,19 +132,18 @@ void Imprimir(const char *formato, ...) {
     char *sitio = ReservarSalida(kMaxReserva);
     const int n = vsnprintf(sitio, kMaxReserva, formato, args);
     va_end(args);
-    if (n >= 0 && static_cast<size_t>(n) < kMaxReserva) {
-        ConfirmarSalida(static_cast<size_t>(n));
-    } else if (n >= 0) {
-        // Longer than the room kept for one call (an environment entry may be): straight out, in order.
-        VolcarSalida();
-        va_start(args, formato);
-        vdprintf(STDOUT_FILENO, formato, args);
-        va_end(args);
-    }
+    if (n > 0)
+        ConfirmarSalida(static_cast<size_t>(n) < kMaxReserva ? static_cast<size_t>(n) : kMaxReserva - 1);
     errno = motivo;
 }
 
-void VolcarSalida() { EscribirYAvisar(tramo_.load(std::memory_order_relaxed).fin); }
+void VolcarSalida() {
+    const Tramo t = tramo_.load(std::memory_order_relaxed);
+    if (t.inicio == t.fin) return;
+    const int motivo = errno;
+    Avisar(Escribir(t.fin));
+    errno = motivo;
+}
 
 void VolcarDesdeManejador() { Escribir(tramo_.load(std::memory_order_relaxed).fin); }
 

@@ -11,7 +11,8 @@
 // The buffer is whole at any instant (text first, bounds last, in one store), so that the handler of a fault
 // may write it out. A write that is forced by a full buffer ends at a line end whenever the text has one.
 
-/// Appends formatted text (the formats of printf). Keeps `errno`.
+/// Appends formatted text (the formats of printf), cut at kMaxReserva - 1 characters: a text of any length
+/// (an environment entry) goes through EscribirTexto. Keeps `errno`.
 [[gnu::format(printf, 1, 2)]] void Imprimir(const char *formato, ...);
 
 /// Appends `n` bytes as they are.

@@ -6,7 +6,6 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -19,14 +18,12 @@ namespace {
 constexpr size_t kTamPrompt = 1024;
 
 char especificacion_[kTamPrompt] = "%o@%m{%B}%b%%)%b";
-char prompt_[kTamPrompt];
 
 enum class Generacion { Bien, EscapeInvalido, NoCabe };
 
-/// Forms the prompt of `spec` in prompt_; the text is cut where the buffer ends. With an escape that does not
-/// exist nothing is stored.
-Generacion Generar(const char *spec) {
-    char texto[kTamPrompt];
+/// Forms the prompt of `spec` in `texto` (kTamPrompt bytes), cut where it ends. After an escape that does not
+/// exist the text is of no use.
+Generacion Generar(const char *spec, char *texto) {
     size_t n = 0;
     bool cabe = true;
     for (; *spec; spec++) {
@@ -45,7 +42,6 @@ Generacion Generar(const char *spec) {
         n += largo;
     }
     texto[n] = '\0';
-    memcpy(prompt_, texto, n + 1);
     return cabe ? Generacion::Bien : Generacion::NoCabe;
 }
 
@@ -96,7 +92,7 @@ char *DirectorioResuelto() {
 const char *Directory() { return DirectorioResuelto(); }
 
 const char *DirectoryLast() {
-    static char dir[PATH_MAX];
+    static char dir[PATH_MAX]; // the name of a deep directory is shown as long as the system can tell it
     if (!getcwd(dir, sizeof dir)) return "UnknownDir";
     return basename(dir);
 }
@@ -132,21 +128,12 @@ const char *CadenaEquivalente(char c) {
 }
 
 const char *SetPrompt(const char *spec) {
-    // A specification that its buffer cannot hold is refused, like a prompt too long to be shown whole.
-    if (strlen(spec) >= kTamPrompt) {
-        errno = ENAMETOOLONG;
-        return nullptr;
-    }
-    char anterior[kTamPrompt];
-    strcpy(anterior, prompt_);
-    switch (Generar(spec)) {
-    case Generacion::Bien: return prompt_;
-    case Generacion::EscapeInvalido: errno = EINVAL; return nullptr;
-    case Generacion::NoCabe: break;
-    }
-    strcpy(prompt_, anterior);
-    errno = ENAMETOOLONG;
-    return nullptr;
+    static char prompt[kTamPrompt];
+    char texto[kTamPrompt];
+    // A specification that its buffer cannot hold is refused, and so is a prompt that could not be shown
+    // whole.
+    if (strlen(spec) >= kTamPrompt || Generar(spec, texto) != Generacion::Bien) return nullptr;
+    return strcpy(prompt, texto);
 }
 
 void SetPromptSpec(const char *spec) { snprintf(especificacion_, sizeof especificacion_, "%s", spec); }
@@ -154,8 +141,8 @@ void SetPromptSpec(const char *spec) { snprintf(especificacion_, sizeof especifi
 void PrintPrompt() {
     // The pieces may have grown since the specification was accepted: the prompt is then cut, and the shell
     // goes on.
-    Generar(especificacion_);
-    EscribirTexto(prompt_);
+    char texto[kTamPrompt];
+    if (Generar(especificacion_, texto) != Generacion::EscapeInvalido) EscribirTexto(texto);
 }
 
 void PrintPromptSpec() { EscribirTexto(especificacion_); }

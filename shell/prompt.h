@@ -6,8 +6,8 @@
 /// again.
 const char *CadenaEquivalente(char c);
 
-/// The prompt that `spec` gives, or null: EINVAL (an escape that does not exist), ENAMETOOLONG (`spec` or the
-/// prompt would pass 1023 characters).
+/// The prompt that `spec` gives, or null: an escape that does not exist, or `spec` or the prompt would pass
+/// 1023 characters.
 const char *SetPrompt(const char *spec);
 
 /// Makes `spec` (at most 1023 characters, the rest is cut) the specification from now on.

@@ -1,6 +1,7 @@
 #include <csignal>
 #include <cstring>
 
+#include "shell/input.h"
 #include "shell/output.h"
 #include "signals/commands.h"
 #include "signals/dispositions.h"
@@ -53,11 +54,13 @@ void Cmd_sigmask(char *args[]) {
 }
 
 void Cmd_sigunmask(char *args[]) {
+    SincronizarES(); // a signal that was waiting comes at once, and may end the shell
     if (!args[0]) MostrarSenalesEnmascaradas();
     ParaCada(args, [](int senal) { DesenmascararSenal(senal); });
 }
 
 void Cmd_sigprocmask(char *args[]) {
+    SincronizarES(); // as in sigunmask
     if (!args[0]) {
         MostrarSenalesEnmascaradas();
         return;

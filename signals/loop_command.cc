@@ -48,7 +48,6 @@ void ManejadorBucle(int) {
 void BucleInfinito(void (*unidad)(), int pausa) {
     static constexpr char inicio[] = "Iniciando bucle infinito...";
     TestSetBucle(1, 1);
-    SincronizarES();
     EscribirTodo(STDOUT_FILENO, inicio, strlen(inicio));
     while (TestSetBucle(0, 0)) {
         unidad();
@@ -60,6 +59,7 @@ void BucleInfinito(void (*unidad)(), int pausa) {
 } // namespace
 
 void Cmd_bucle(char *args[]) {
+    SincronizarES(); // from here on the handler may run at any moment, one that was blocked at once
     InstalarManejadorSenal(SIGINT, ManejadorBucle, static_cast<int>(SA_RESETHAND), nullptr);
     DesenmascararSenal(SIGINT);
     void (*unidad)() = BucleUser;

@@ -51,6 +51,21 @@ std::vector<std::string> Entorno(const Opciones &o) {
     return entorno;
 }
 
+/// The options with a program that every user can reach: the build may stand in a folder of root's.
+Opciones AlAlcance(Opciones o) {
+    if (o.uid == 0) return o;
+    namespace fs = std::filesystem;
+    static const DirectorioTemporal copias;
+    fs::permissions(copias.ruta(), fs::perms(0755));
+    for (std::string *fichero : {&o.programa, &o.preload}) {
+        if (fichero->empty()) continue;
+        const std::string copia = copias / fs::path(*fichero).filename();
+        fs::copy_file(*fichero, copia, fs::copy_options::skip_existing);
+        *fichero = copia;
+    }
+    return o;
+}
+
 /// In the child: becomes the program.
 [[noreturn]] void Arrancar(const Opciones &o) {
     std::vector<std::string> entorno = Entorno(o);
@@ -108,7 +123,8 @@ int EsperarA(pid_t pid, Reloj::time_point plazo) {
 
 /// Reads from df into `leido` (less the carriage returns that a terminal adds) until it holds `texto` from
 /// `desde` on (empty: until the end of the output). Returns where the text ends, or npos.
-size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool terminal = false) {
+size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool terminal = false,
+                 bool puedeAcabar = false) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
     size_t mirado = 0;
     for (;;) {
@@ -124,7 +140,11 @@ size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool term
         }
         char trozo[65536];
         const ssize_t n = read(df, trozo, sizeof trozo);
-        if (n <= 0) return std::string::npos; // end (a terminal whose program has gone gives EIO)
+        if (n <= 0) { // end (a terminal whose program has gone gives EIO)
+            if (!texto.empty() && !puedeAcabar)
+                ADD_FAILURE() << "the output ended before \"" << texto << "\"; printed so far:\n" << *leido;
+            return std::string::npos;
+        }
         leido->append(trozo, static_cast<size_t>(n));
         if (terminal) std::erase(*leido, '\r');
     }
@@ -136,7 +156,8 @@ struct IgnorarSigpipe {
 
 } // namespace
 
-Resultado Ejecutar(const std::string &guion, const Opciones &o) {
+Resultado Ejecutar(const std::string &guion, const Opciones &opciones) {
+    const Opciones o = AlAlcance(opciones);
     int entrada[2] = {-1, -1}, salida[2], errores[2] = {-1, -1};
     int ficheroSalida = -1;
     if (o.entradaFichero) {
@@ -171,10 +192,11 @@ Resultado Ejecutar(const std::string &guion, const Opciones &o) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
     size_t enviado = 0;
     if (entrada[1] != -1) fcntl(entrada[1], F_SETFL, O_NONBLOCK);
-    while (salida[0] != -1 || errores[0] != -1) {
+    while (entrada[1] != -1 || salida[0] != -1 || errores[0] != -1) {
         if (entrada[1] != -1 && enviado == guion.size()) {
             close(entrada[1]);
             entrada[1] = -1;
+            continue;
         }
         struct pollfd p[3] = {{entrada[1], POLLOUT, 0}, {salida[0], POLLIN, 0}, {errores[0], POLLIN, 0}};
         if (poll(p, 3, MilisegundosHasta(plazo)) == 0) {
@@ -218,7 +240,8 @@ Resultado Ejecutar(const std::string &guion, const Opciones &o) {
     return r;
 }
 
-Sesion::Sesion(const Opciones &o) {
+Sesion::Sesion(const Opciones &opciones) {
+    const Opciones o = AlAlcance(opciones);
     int entrada[2], salida[2], errores[2] = {-1, -1};
     Tuberia(entrada);
     Tuberia(salida);
@@ -265,8 +288,8 @@ std::string Sesion::EsperarPrompt() {
     return texto;
 }
 
-std::string Sesion::Esperar(const std::string &texto) {
-    const size_t fin = LeerHasta(salida_, &leido_, texto);
+std::string Sesion::Esperar(const std::string &texto, bool puedeAcabar) {
+    const size_t fin = LeerHasta(salida_, &leido_, texto, false, puedeAcabar);
     std::string hasta = leido_.substr(0, fin);
     leido_.erase(0, fin == std::string::npos ? leido_.size() : fin);
     return hasta;
@@ -300,7 +323,8 @@ int Sesion::EsperarFin(std::string *resto) {
     return estado;
 }
 
-Terminal::Terminal(int columnas, const Opciones &o) {
+Terminal::Terminal(int columnas, const Opciones &opciones) {
+    const Opciones o = AlAlcance(opciones);
     struct winsize ventana = {24, static_cast<unsigned short>(columnas), 0, 0};
     pid_ = forkpty(&maestro_, nullptr, nullptr, &ventana);
     if (pid_ == 0) {

@@ -50,8 +50,9 @@ class Sesion {
     std::string Linea(const std::string &linea);
     /// Sends bytes as they are.
     void Enviar(const std::string &bytes);
-    /// Reads until `texto` has been printed; returns everything up to and including it.
-    std::string Esperar(const std::string &texto);
+    /// Reads until `texto` has been printed; returns everything up to and including it. The test fails when
+    /// the output ends before, unless it may.
+    std::string Esperar(const std::string &texto, bool puedeAcabar = false);
     /// Reads up to the next prompt.
     std::string EsperarPrompt();
     /// What has arrived on standard error (kept apart) since the last call.
@@ -79,7 +80,8 @@ class Terminal {
 
     void Enviar(const std::string &teclas);
     void Redimensionar(int columnas);
-    /// Reads until `texto` has been printed; returns everything up to and including it (without carriage returns).
+    /// Reads until `texto` has been printed; returns everything up to and including it (without carriage
+    /// returns).
     std::string Esperar(const std::string &texto);
     /// Waits for the program's end; returns the wait status. `resto`: what was still printed.
     int EsperarFin(std::string *resto = nullptr);

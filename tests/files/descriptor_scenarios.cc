@@ -21,19 +21,16 @@ std::string LineaDe(int df, const std::string &listado) {
 }
 
 TEST(OpenFileTable, HoldsWhatTheProcessInheritedAboveTheLimitToo) {
-    static constexpr struct { rlim_t limite; } filas[] = {{0}, {100}, {300}};
-    static rlim_t limite; // 0: as it comes
-    for (const auto &fila : filas) {
-        limite = fila.limite;
+    static rlim_t limite;
+    for (rlim_t l : {1024, 300, 100}) {
+        limite = l;
         Opciones o;
         o.antesDeExec = [] {
             const int df = open("/dev/null", O_WRONLY | O_APPEND);
             for (int otro : {20, 21, 255, 256, 900}) dup2(df, otro);
             close(df);
-            struct rlimit l;
-            getrlimit(RLIMIT_NOFILE, &l);
-            if (limite != 0) l.rlim_cur = limite;
-            setrlimit(RLIMIT_NOFILE, &l);
+            const struct rlimit limites = {limite, limite};
+            setrlimit(RLIMIT_NOFILE, &limites);
         };
         Sesion s(o);
         const std::string corto = s.Linea("listopen"), todo = s.Linea("listopen 5000");
@@ -73,7 +70,6 @@ TEST(Descriptors, CommandsAndTheTableAgree) {
         {"lseek 4 1 otro", "Descriptor 4 posicionado en 1\n"},
         {"lseek 4 -1", "Error al intentar posicionar el descriptor 4 en el offset  -1: Invalid argument\n"},
         {"readstr 4 0", "Leidos 0 bytes del descriptor 4\n\n"},
-        {"readstr 4 -1", "Imposible asignar memoria para la lectura\n"},
         {"readstr 3 1", "Error al intentar leer del descriptor 3: Bad file descriptor\n"},
         {"writestr 4 a b", "Error intentar escribir 3 bytes en el descriptor 4: Bad file descriptor\n"},
         {"read 4 0 5", "Error al leer del descriptor 4 a la direccion (nil): Bad address\n"},
@@ -86,14 +82,16 @@ TEST(Descriptors, CommandsAndTheTableAgree) {
         {"close 5000", "Inposible cerrar descriptor: Bad file descriptor\n"},
     };
     for (const auto &fila : filas) EXPECT_EQ(s.Linea(fila.linea), fila.salida) << fila.linea;
+    if (!kSaneado) { // the sanitizer would add a line of its own
+        EXPECT_EQ(s.Linea("readstr 4 -1"), "Imposible asignar memoria para la lectura\n");
+    }
     const std::string listado = s.Linea("close -1");
     EXPECT_EQ(LineaDe(3, listado),
               "descriptor: 3, offset: (10)-> f O_CREAT O_EXCL O_WRONLY O_APPEND O_TRUNC ");
     EXPECT_EQ(LineaDe(4, listado), "descriptor: 4, offset: (1)-> f O_RDONLY ");
-    EXPECT_EQ(LineaDe(5, listado),
-              "descriptor: 5, offset: (1)-> dupplicado de 5 (dupplicado de 4 (f)) O_RDONLY ");
-    EXPECT_EQ(LineaDe(9, listado),
-              "descriptor: 9, offset: (1)-> dupplicado de 5 (dupplicado de 4 (f)) O_RDONLY ");
+    for (const std::string df : {"5", "9"})
+        EXPECT_EQ(LineaDe(std::stoi(df), listado),
+                  "descriptor: " + df + ", offset: (1)-> dupplicado de 5 (dupplicado de 4 (f)) O_RDONLY ");
     for (const char *linea : {"open", "dup", "dup -1", "dup2 4", "dup2 4 -1"})
         EXPECT_EQ(s.Linea(linea), listado) << linea;
     EXPECT_EQ(s.Linea("close 9"), "");

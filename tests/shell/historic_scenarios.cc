@@ -29,11 +29,12 @@ TEST(Historic, RepeatsEntriesWithoutStoringThemAgain) {
     EXPECT_EQ(s.Linea("historic 0"), "Ejecutando hist (0):   pid\n" + pid);
     EXPECT_EQ(s.Linea("command abc"), "Ejecutando hist (0):   pid\n" + pid);
     EXPECT_EQ(s.Linea("historic 99"), "No hay elemento 99 en el historico\n");
+    EXPECT_EQ(s.Linea("historic 5000"), "No hay elemento 5000 en el historico\n");
     EXPECT_EQ(s.Linea("command -1"), "No hay elemento -1 en el historico\n");
     EXPECT_EQ(s.Linea("command -x"), "Ejecutando hist (0):   pid\n" + pid);
     std::string anidada;
-    for (int i = 0; i < 11; i++) anidada += "Ejecutando hist (6): historic 6\n";
-    EXPECT_EQ(s.Linea("historic 6"), anidada + "Demasiada recursion en hist\n");
+    for (int i = 0; i < 11; i++) anidada += "Ejecutando hist (7): historic 7\n";
+    EXPECT_EQ(s.Linea("historic 7"), anidada + "Demasiada recursion en hist\n");
     EXPECT_EQ(s.Linea("command 0"), "Ejecutando hist (0):   pid\n" + pid); // the nesting starts anew
 }
 

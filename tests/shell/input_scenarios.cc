@@ -33,13 +33,18 @@ TEST(Input, APipeAFileAndATerminalGiveTheSameBytes) {
 TEST(Input, LongLinesArriveInPartsAndOddBytesDoNoHarm) {
     const std::string orden = "authors -l ";
     // 4095 characters and the newline: the newline alone is the second part, an empty line.
-    std::string guion = "prompt =\n" + orden + std::string(4095 - orden.size(), 'x') + "\n";
-    EXPECT_TRUE(Ejecutar(guion).salida.ends_with("=login del autor1\nlogin del autor2\n=="));
+    const std::string larga = "prompt =\n" + orden + std::string(4095 - orden.size(), 'x') + "\n";
     // 10,000 characters: two parts of 4095 and a rest, each run by itself.
-    guion =
+    const std::string partida =
         "prompt =\n" + std::string(4095, ' ') + orden + std::string(4095 - orden.size(), 'x') + orden + "\n";
-    EXPECT_TRUE(Ejecutar(guion).salida.ends_with(
-        "==login del autor1\nlogin del autor2\n=login del autor1\nlogin del autor2\n="));
+    for (const bool fichero : {false, true}) {
+        Opciones o;
+        o.entradaFichero = fichero;
+        EXPECT_TRUE(Ejecutar(larga, o).salida.ends_with("=login del autor1\nlogin del autor2\n=="));
+        EXPECT_TRUE(Ejecutar(partida, o)
+                        .salida.ends_with(
+                            "==login del autor1\nlogin del autor2\n=login del autor1\nlogin del autor2\n="));
+    }
     EXPECT_TRUE(Ejecutar(std::string("prompt =\nauthors -l\0 z\nayuda \xc3\xb1\xff\n", 32))
                     .salida.ends_with("=login del autor1\nlogin del autor2\n=\xc3\xb1\xff no encontrado\n="));
 }
@@ -49,6 +54,7 @@ TEST(Input, TheWordsBeyondTheLastSlotAreLeftOutWithANotice) {
     for (int i = 0; i < 2048; i++) linea += i ? " a" : "a";
     const Resultado r = Ejecutar(linea + "\n");
     EXPECT_NE(r.salida.find("Linea con mas de 2047 palabras: se ignoran las demas\n"), std::string::npos);
+    EXPECT_EQ(r.estado, 0);
 }
 
 TEST(Input, OnlyTheLinesReadAreConsumed) {
@@ -70,6 +76,7 @@ TEST(Input, OnlyTheLinesReadAreConsumed) {
         if (pid == 0) {
             dup2(df[0], 0);
             dup2(open("/dev/null", O_WRONLY), 1);
+            setenv("LD_PRELOAD", NO_SYSTEMD_SHIM, 1);
             execl(SHELL_PROGRAM, SHELL_PROGRAM, nullptr);
             _exit(127);
         }

@@ -147,6 +147,22 @@ TEST(Handler, AStormOfSignalsLosesAndMixesNoLine) {
     EXPECT_EQ(resto, "  USR1=" + std::to_string(avisos) + "\n");
 }
 
+TEST(Handler, ASignalThatWasWaitingComesAfterAllThatWasPrinted) {
+    DirectorioTemporal d;
+    EscribirFichero(d / "avisa", "kill -USR1 $PPID\n");
+    for (const bool fichero : {false, true}) {
+        Opciones o;
+        o.entradaFichero = o.salidaFichero = fichero;
+        const Resultado r = Ejecutar("sighandler -show USR1\nsigmask USR1\nfg /bin/sh " + (d / "avisa") +
+                                         "\nauthors -l\nsigunmask USR1\nauthors -n\n",
+                                     o);
+        const size_t antes = r.salida.find("login del autor2\n"),
+                     aviso = r.salida.find("Recibida senal USR1 1 ");
+        EXPECT_LT(antes, aviso);
+        EXPECT_LT(aviso, r.salida.find("Nombre del autor2\n")) << r.salida;
+    }
+}
+
 TEST(Handler, DispositionsAndMasksGivenToTheShellStayAndAreInherited) {
     Opciones o;
     o.antesDeExec = [] {
@@ -163,7 +179,8 @@ TEST(Handler, DispositionsAndMasksGivenToTheShellStayAndAreInherited) {
         "sighandler -show USR1"); // from here on output holds a signal off while it is written, and only then
     EXPECT_EQ(s.Linea("sigmask"), "  SENALES ENMASCARADAS: WINCH \n");
     s.Enviar(std::string("fg ") + SHELL_PROGRAM + "\n"); // nested: reads its input until `exit`
-    s.Enviar("sigignore\nsigmask\nsigdefault USR1\nexit\n");
+    s.Enviar("ppid\nsigignore\nsigmask\nsigdefault USR1\nexit\n");
+    s.Esperar("Pid del padre del shell: " + std::to_string(s.pid()) + "\n");
     s.Esperar("  SENALES SIGNORADAS: USR2 \n");
     s.Esperar("  SENALES ENMASCARADAS: WINCH \n");
     s.EsperarPrompt();
