@@ -32,7 +32,9 @@ std::string Volcando(const std::string &dir, size_t n) {
 
 TEST(Inspection, ADumpHasRowsOf25BytesAndAlwaysALastRow) {
     const DirectorioTemporal dir;
-    std::string bytes("Hola\n\0\x7f\xf1~ mundo, y algo mas para que haya dos filas", 55);
+    static constexpr char texto[] = "Hola\n\0\x7f\xf1~ mundo, y algo mas para llenar dos filas enteras";
+    const std::string bytes(texto, sizeof texto); // 55, the closing null among them
+    ASSERT_EQ(bytes.size(), 55u);
     EscribirFichero(dir / "f", bytes);
     Sesion s;
     const std::string a = Direccion(s.Linea("mmap " + dir / "f" + " r"));
