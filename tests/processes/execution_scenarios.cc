@@ -1,7 +1,8 @@
+#include <fnmatch.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <regex>
+#include <utility>
 
 #include "tests/driver/session.h"
 
@@ -9,11 +10,10 @@ namespace {
 
 using namespace escenario;
 
-/// What a script prints after its line "prompt $", with process ids as N.
+/// What a script prints after its line "prompt $".
 std::string Salida(const std::string &guion, const Opciones &o = {}) {
-    std::string salida = Ejecutar("prompt $\n" + guion, o).salida;
-    salida.erase(0, salida.find('$'));
-    return std::regex_replace(salida, std::regex("proceso [0-9]+"), "proceso N");
+    const std::string salida = Ejecutar("prompt $\n" + guion, o).salida;
+    return salida.substr(salida.find('$'));
 }
 
 Opciones Ordinario(long maxProcesos) {
@@ -24,49 +24,36 @@ Opciones Ordinario(long maxProcesos) {
 }
 
 TEST(Execution, EveryByteComesOnceAndInOrderWhateverTheInputAndTheOutput) {
-    const std::string guion = "authors -l\n"
-                              "/bin/echo uno\n"
-                              "fg /bin/nonexistent\n"
-                              "fork\n"
-                              "/bin/echo hijo\n"
-                              "pipe /bin/echo dos % /bin/cat\n"
-                              "exit\n"
-                              "/bin/echo padre\n"
-                              "execute /bin/nonexistent\n"
-                              "fork\n"
-                              "execute /bin/echo otro\n"
-                              "fg\n"
-                              "pipe /bin/echo % /bin/nonexistent\n"
-                              "/bin/cat\n"
-                              "pid no es ya una linea del shell\n"
-                              "ni esta";
-    const std::string esperado = "$login del autor1\nlogin del autor2\n"
-                                 "$uno\n"
-                                 "$No ejecutado: No such file or directory\n"
-                                 "$ejecutando proceso N\n"
-                                 "$hijo\n"
-                                 "$dos\n"
-                                 "$$padre\n"
-                                 "$Imposible ejecutar: No such file or directory\n"
-                                 "$ejecutando proceso N\n"
-                                 "$otro\n"
-                                 "$No ejecutado: Bad address\n"
-                                 "$$pid no es ya una linea del shell\n"
-                                 "ni esta$";
-    for (int i = 0; i < 4; i++) {
-        Opciones o;
-        o.entradaFichero = i & 1;
-        o.salidaFichero = i & 2;
-        EXPECT_EQ(Salida(guion, o), esperado) << i;
-    }
-}
-
-TEST(Execution, ExecuteHandsTheRestOfTheInputToTheProgram) {
-    for (const bool fichero : {false, true}) {
-        Opciones o;
-        o.entradaFichero = fichero;
-        EXPECT_EQ(Salida("execute /bin/echo &", o), "$&\n");
-        EXPECT_EQ(Salida("execute /bin/cat\nlo que\nqueda", o), "$lo que\nqueda");
+    static constexpr std::pair<const char *, const char *> filas[] = {
+        {"authors -l", "login del autor1\nlogin del autor2\n"},
+        {"/bin/echo uno", "uno\n"},
+        {"fg /bin/nonexistent", "No ejecutado: No such file or directory\n"},
+        {"fork", "ejecutando proceso [0-9]*\n"},
+        {"/bin/echo hijo", "hijo\n"},
+        {"pipe /bin/echo dos % /bin/cat", "dos\n"},
+        {"exit", ""},
+        {"/bin/echo padre", "padre\n"},
+        {"execute /bin/nonexistent", "Imposible ejecutar: No such file or directory\n"},
+        {"fork", "ejecutando proceso [0-9]*\n"},
+        {"execute /bin/echo otro &", "otro &\n"},
+        {"fg", "No ejecutado: Bad address\n"},
+        {"pipe /bin/echo % /bin/nonexistent", ""}};
+    for (const char *ultima : {"/bin/cat", "execute /bin/cat"}) {
+        std::string guion, esperado;
+        for (const auto &[linea, salida] : filas) {
+            guion += linea + std::string("\n");
+            esperado += std::string("$") + salida;
+        }
+        guion += ultima + std::string("\npid no es ya una linea del shell\nni esta");
+        esperado += "$pid no es ya una linea del shell\nni esta";
+        if (*ultima == '/') esperado += "$"; // the shell is still there
+        for (int i = 0; i < 4; i++) {
+            Opciones o;
+            o.entradaFichero = i & 1;
+            o.salidaFichero = i & 2;
+            const std::string salida = Salida(guion, o);
+            EXPECT_EQ(fnmatch(esperado.c_str(), salida.c_str(), 0), 0) << i << salida;
+        }
     }
 }
 
@@ -148,44 +135,26 @@ TEST(Execution, WorksWithTheStandardDescriptorsClosed) {
     EXPECT_EQ(LeerFichero(dir / "tres"), "b\n");
 }
 
-TEST(Execution, EnvironmentWordsMakeTheWholeEnvironmentOfTheProgram) {
-    std::string justas, demasiadas, todas;
-    for (int i = 0; i < 128; i++) {
-        const std::string palabra = "V" + std::to_string(i) + "=x";
-        demasiadas += palabra + " ";
-        if (i == 127) break;
-        justas += palabra + " ";
-        todas += palabra + "\n";
+TEST(Execution, EnvironmentAndPriorityWordsAndTheAsCommands) {
+    std::string justas, todas;
+    for (int i = 0; i < 127; i++) {
+        justas += "V" + std::to_string(i) + "=x ";
+        todas += "V" + std::to_string(i) + "=x\n";
     }
-    const struct {
-        std::string linea, salida;
-    } filas[] = {
+    const std::pair<std::string, std::string> filas[] = {
         {"fg CASA /usr/bin/env", "CASA=/c\n"},
-        {"fg X=1 CASA Z=2 /usr/bin/env", "X=1\nCASA=/c\nZ=2\n"},
-        {"CASA Y= /usr/bin/env", "CASA=/c\nY=\n"},
+        {"X=1 CASA Z= /usr/bin/env", "X=1\nCASA=/c\nZ=\n"},
         {"fg NULLENV /usr/bin/env", ""},
         {"fg NULLENV", "No ejecutado: Bad address\n"},
         {"fg CASA", "No ejecutado: Bad address\n"},
         {"fg /bin/echo CASA X=1", "CASA X=1\n"},
         {"fg " + justas + "/usr/bin/env", todas},
-        {"fg " + demasiadas + "/usr/bin/env", "No ejecutado: Argument list too long\n"},
-        {"execute " + demasiadas + "/usr/bin/env", "Imposible ejecutar: Argument list too long\n"},
-    };
-    Opciones o;
-    o.entorno = {"CASA=/c"};
-    Sesion s(o);
-    for (const auto &fila : filas) EXPECT_EQ(s.Linea(fila.linea), fila.salida) << fila.linea;
-}
-
-TEST(Execution, PriorityWordsAndTheAsCommands) {
-    static constexpr struct {
-        const char *linea, *salida;
-    } filas[] = {
+        {"fg X=1 " + justas + "/usr/bin/env", "No ejecutado: Argument list too long\n"},
+        {"execute X=1 " + justas + "/usr/bin/env", "Imposible ejecutar: Argument list too long\n"},
         {"fg /usr/bin/nice @19 x", "19\n"},
         {"fg /bin/sh -c nice @18 <nada @17", "18\n"},
         {"fgpri 18 /bin/echo @5 x", "@5 x\n"},
         {"fgpri 18 /usr/bin/nice", "18\n"},
-        {"fgpri", ""},
         {"fg @5", "No ejecutado: No such file or directory\n"},
         {"fg NULLENV @5 /bin/echo", "No ejecutado: Bad address\n"},
         {"priority 1 5", "imposible cambiar la prioridad del proceso  1:Operation not permitted\n"},
@@ -202,11 +171,11 @@ TEST(Execution, PriorityWordsAndTheAsCommands) {
     chmod(dir.ruta().c_str(), 0777);
     Opciones o = Ordinario(-1);
     o.directorio = dir.ruta();
+    o.entorno = {"CASA=/c"};
     Sesion s(o);
-    for (const auto &fila : filas) EXPECT_EQ(s.Linea(fila.linea), fila.salida) << fila.linea;
-    const std::string yo = std::to_string(s.pid());
-    EXPECT_EQ(s.Linea("priority " + yo + " 16"), "");
-    EXPECT_EQ(s.Linea("priority"), "Prioridad del proceso " + yo + " es 16\n");
+    for (const auto &[linea, salida] : filas) EXPECT_EQ(s.Linea(linea), salida) << linea;
+    EXPECT_EQ(s.Linea("priority 0 16"), "");
+    EXPECT_EQ(s.Linea("priority"), "Prioridad del proceso " + std::to_string(s.pid()) + " es 16\n");
 }
 
 TEST(Execution, LooksProgramsUpInItsOwnPathAndNowhereElse) {
@@ -215,37 +184,28 @@ TEST(Execution, LooksProgramsUpInItsOwnPathAndNowhereElse) {
     chmod((dir / "guion").c_str(), 0755);
     Opciones o;
     o.directorio = dir.ruta();
+    o.argumentos = {"-p"};
+    o.entorno = {"PATH=/nohay::/bin"};
     Sesion s(o);
-    const std::string nombre = dir.ruta() + "/guion";
-    const struct {
-        std::string linea, salida;
-    } filas[] = {
+    const std::pair<std::string, std::string> filas[] = {
+        {"search", "/nohay\n/bin\n"},
+        {"search -path", "Importados 2 directorios en la ruta de busqueda\n"},
+        {"search -clear", ""},
         {"echo", "No ejecutado: No such file or directory\n"},
-        {"search", ""},
-        {"where guion", "guion\n"},
         {"guion", "No ejecutado: Exec format error\n"},
         {"search -add", "Imposible realizar operacion -add: Bad address\n"},
-        {"search -del /bin", "Imposible realizar operacion -del: No such file or directory\n"},
+        {"search -del", "Imposible realizar operacion -del: No such file or directory\n"},
+        {"search -/bin", "Imposible realizar operacion -/bin: No such file or directory\n"},
         {"search x", "Argumento incorrecto x\n"},
-        {"search +/nohay", ""},
         {"search -add " + dir.ruta(), ""},
         {"search +/bin", ""},
-        {"path", "/nohay\n" + dir.ruta() + "\n/bin\n"},
-        {"where guion", nombre + "\n"},
+        {"path", dir.ruta() + "\n/bin\n"},
+        {"where guion", dir / "guion" + "\n"},
         {"where ./guion", "./guion\n"},
         {"where help", "help: comando interno help\n"},
         {"echo a", "a\n"},
-        {"fg sh -c echo\t$0", "\n"},
-        {"search -/nohay", ""},
-        {"search -clear", ""},
-        {"search", ""},
     };
-    for (const auto &fila : filas) EXPECT_EQ(s.Linea(fila.linea), fila.salida) << fila.linea;
-    o.argumentos = {"-p"};
-    o.entorno = {"PATH=/nohay:/bin"};
-    Sesion p(o);
-    EXPECT_EQ(p.Linea("search"), "/nohay\n/bin\n");
-    EXPECT_EQ(p.Linea("search -path"), "Importados 2 directorios en la ruta de busqueda\n");
+    for (const auto &[linea, salida] : filas) EXPECT_EQ(s.Linea(linea), salida) << linea;
 }
 
 TEST(Execution, AForkThatFailsIsToldAndLeavesNothing) {
@@ -269,7 +229,8 @@ TEST(Execution, WhenOnlyTheSecondOfAPipeFailsTheFirstIsKept) {
     EXPECT_EQ(s.Linea("pipe /bin/true % /bin/cat"), fallo);
     EXPECT_EQ(s.Linea("listjobs"), "");
     EXPECT_EQ(s.Linea("backpipe /bin/true % /bin/cat"), fallo);
-    EXPECT_TRUE(std::regex_match(s.Linea("listjobs"), std::regex(".* /bin/true\n")));
+    const std::string lista = s.Linea("listjobs");
+    EXPECT_TRUE(lista.find(") /bin/true\n") == lista.size() - 13) << lista;
 }
 
 } // namespace

@@ -61,23 +61,24 @@ TEST(ProcessList, AFinalRecordTakesNothingFromAnotherChildOfTheSamePid) {
     EXPECT_EQ(nuevo.valor, 9);
 }
 
-int tuberia_[2];
-volatile sig_atomic_t alarmas_;
+int extremos_[2];
+volatile sig_atomic_t faltan_;
 
-/// A child that lives until the third alarm; alarms interrupt the parent's waits.
-pid_t HijoHastaLaTerceraAlarma() {
-    EXPECT_EQ(pipe(tuberia_), 0);
+/// A child that ends with 7 when the write end of a pipe is closed, and alarms that interrupt whatever the
+/// parent waits for. The `cuando`-th of them closes that end (0: none does).
+pid_t HijoYAlarmas(int cuando) {
+    EXPECT_EQ(pipe(extremos_), 0);
     const pid_t hijo = fork();
     if (hijo == 0) {
-        close(tuberia_[1]);
+        close(extremos_[1]);
         char c;
-        _exit(read(tuberia_[0], &c, 1) == 0 ? 7 : 1);
+        _exit(read(extremos_[0], &c, 1) == 0 ? 7 : 1);
     }
-    alarmas_ = 0;
+    faltan_ = cuando;
     struct sigaction accion = {};
     accion.sa_handler = [](int) {
-        alarmas_ = alarmas_ + 1;
-        if (alarmas_ == 3) close(tuberia_[1]);
+        if (faltan_ == 1) close(extremos_[1]);
+        faltan_ = faltan_ - 1;
     };
     sigaction(SIGALRM, &accion, nullptr);
     const struct itimerval cada = {{0, 2000}, {0, 2000}};
@@ -88,31 +89,31 @@ pid_t HijoHastaLaTerceraAlarma() {
 void PararAlarmas() {
     const struct itimerval nunca = {};
     setitimer(ITIMER_REAL, &nunca, nullptr);
-    close(tuberia_[0]);
+    close(extremos_[0]);
 }
 
 TEST(Waiting, ForOneChildGoesOnAfterSignalsAndEndsWithoutAChild) {
-    const pid_t hijo = HijoHastaLaTerceraAlarma();
+    const pid_t hijo = HijoYAlarmas(3);
     int estado = 0;
     EXPECT_EQ(EsperarHijo(hijo, &estado), hijo);
-    EXPECT_EQ(WEXITSTATUS(estado), 7);
     PararAlarmas();
+    EXPECT_EQ(WEXITSTATUS(estado), 7);
     EXPECT_EQ(EsperarHijo(hijo, &estado), -1);
     EXPECT_EQ(errno, ECHILD);
 }
 
 TEST(Waiting, ForAJobEndsSilentlyAtASignalAndKeepsTheRecord) {
-    const pid_t hijo = HijoHastaLaTerceraAlarma();
+    const pid_t hijo = HijoYAlarmas(0);
     MeterProceso(&LP, hijo, 0, palabras_);
     char fg[] = "-fg";
     std::string pid = std::to_string(hijo);
     char *args[] = {fg, pid.data(), nullptr};
     Cmd_job(args);
-    EXPECT_GE(alarmas_, 1);
+    PararAlarmas();
     EXPECT_EQ(EstadoProcesoPid(&LP, hijo), ACTIVO);
     VaciarListaProcesos(&LP);
+    close(extremos_[1]);
     EXPECT_EQ(EsperarHijo(hijo, nullptr), hijo);
-    PararAlarmas();
 }
 
 } // namespace
