@@ -62,7 +62,9 @@ bool TieneModo(int modo, int flag) {
 } // namespace
 
 void InitOpenFiles() {
-    // A few polls tell which of the 4096 are open, in place of 4096 questions.
+    // A few polls tell which of the 4096 are open, in place of 4096 questions. They say of a descriptor that
+    // can only name a file (O_PATH) that it is not open, and so does the table: no read, write or offset goes
+    // through it.
     struct pollfd tramo[kMaxTramo];
     int tam = kMaxTramo;
     for (int desde = 0; desde < kMaxDescriptores; desde += tam) {

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -16,8 +15,9 @@ constexpr size_t kTamBloque = 8192;
 constexpr size_t kTamPendiente = 4096;
 
 /// How descriptor 0 may be read without taking more than a line; found out anew after each SincronizarES,
-/// since whatever runs then may put another file there.
-enum class Fuente { Desconocida, Fichero, Terminal, Otra };
+/// since whatever runs then may put another file there. Not even a terminal keeps to a line: what was typed
+/// ahead while its lines were not being edited arrives in one piece.
+enum class Fuente { Desconocida, Fichero, Otra };
 
 Fuente fuente_;
 char bloque_[kTamBloque]; // read and not yet used: [pos_, fin_)
@@ -28,22 +28,17 @@ bool cadaLinea_; // every line starts synchronised
 
 Fuente ClaseDeEntrada() {
     struct stat st;
-    if (fstat(STDIN_FILENO, &st) == 0 && S_ISREG(st.st_mode) && lseek(STDIN_FILENO, 0, SEEK_CUR) != -1)
-        return Fuente::Fichero;
-    struct termios t;
-    // A terminal in canonical mode hands over one line at the most.
-    if (tcgetattr(STDIN_FILENO, &t) == 0 && (t.c_lflag & ICANON)) return Fuente::Terminal;
-    return Fuente::Otra;
+    return fstat(STDIN_FILENO, &st) == 0 && S_ISREG(st.st_mode) && lseek(STDIN_FILENO, 0, SEEK_CUR) != -1
+               ? Fuente::Fichero
+               : Fuente::Otra;
 }
 
-/// Reads more input into the empty block, from a terminal at most `cabe` bytes: what a line has more stays
-/// with the terminal. Returns what read() returned.
-ssize_t LeerBloque(size_t cabe) {
+/// Reads more input into the empty block. Returns what read() returned.
+ssize_t LeerBloque() {
     if (fuente_ == Fuente::Desconocida) fuente_ = ClaseDeEntrada();
     if (fuente_ != Fuente::Fichero) VolcarSalida(); // this read may wait; the prompt must be seen
-    const size_t tam = fuente_ == Fuente::Fichero ? kTamBloque : fuente_ == Fuente::Terminal ? cabe : 1;
     for (;;) {
-        const ssize_t n = read(STDIN_FILENO, bloque_, tam);
+        const ssize_t n = read(STDIN_FILENO, bloque_, fuente_ == Fuente::Fichero ? kTamBloque : 1);
         if (n != -1 || errno != EAGAIN) return n;
         // A descriptor that somebody left non-blocking: reading has to wait, and only a read that waits is
         // restarted after a signal.
@@ -76,7 +71,7 @@ Lectura LeerLinea(char *linea, size_t tam) {
             if (salto || numPendiente_ == maximo) return Entregar(linea);
         }
         pos_ = fin_ = 0;
-        const ssize_t n = LeerBloque(maximo - numPendiente_);
+        const ssize_t n = LeerBloque();
         if (n > 0)
             fin_ = static_cast<size_t>(n);
         else if (n == 0)
