@@ -32,13 +32,12 @@ std::string Volcando(const std::string &dir, size_t n) {
 
 TEST(Inspection, ADumpHasRowsOf25BytesAndAlwaysALastRow) {
     const DirectorioTemporal dir;
-    static constexpr char texto[] = "Hola\n\0\x7f\xf1~ mundo, y algo mas para llenar dos filas enteras";
-    const std::string bytes(texto, sizeof texto); // 55, the closing null among them
-    ASSERT_EQ(bytes.size(), 55u);
+    static constexpr char texto[] = "Hola\n\0\x7f\xf1~ mundo, y algo mas que llene dos filas enteras";
+    const std::string bytes(texto, sizeof texto);
     EscribirFichero(dir / "f", bytes);
     Sesion s;
     const std::string a = Direccion(s.Linea("mmap " + dir / "f" + " r"));
-    for (size_t n : {0u, 1u, 24u, 25u, 26u, 50u, 55u})
+    for (size_t n : {0u, 1u, 24u, 25u, 26u, 50u, 54u})
         EXPECT_EQ(s.Linea("memdump " + a + " " + std::to_string(n)),
                   Volcando(a, n) + Volcado(bytes.substr(0, n)));
     EXPECT_EQ(s.Linea("memdump " + a), Volcando(a, 25) + Volcado(bytes.substr(0, 25)));
