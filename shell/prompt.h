@@ -10,7 +10,7 @@ const char *CadenaEquivalente(char c);
 /// 1023 characters.
 const char *SetPrompt(const char *spec);
 
-/// Makes `spec` (at most 1023 characters, the rest is cut) the specification from now on.
+/// Makes `spec` (at most 1023 characters, the rest is cut) what prompts are formed from, from now on.
 void SetPromptSpec(const char *spec);
 
 /// Prints the prompt of the stored specification, cut at 1023 characters when it has grown past them.
