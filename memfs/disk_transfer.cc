@@ -60,8 +60,14 @@ ssize_t EscribirFicheroDisco(const char *ruta, const void *dir, size_t cont, int
     const int df = open(ruta, O_CREAT | O_WRONLY | (sobreescribir ? O_TRUNC : O_EXCL), 0777);
     if (df == -1) return -1;
     const ssize_t escritos = EscribirCompleto(df, static_cast<const char *>(dir), cont);
-    const int motivo = errno;
-    if (close(df) == -1 && escritos != -1) return -1; // a remote disk may refuse the bytes only now
+    int motivo = errno;
+    bool fallo = escritos == -1;
+    if (close(df) == -1 && !fallo) { // a remote disk may refuse the bytes only now
+        motivo = errno;
+        fallo = true;
+    }
+    // A part of the file would be in the way of the next try.
+    if (fallo && !sobreescribir) unlink(ruta);
     errno = motivo;
-    return escritos;
+    return fallo ? -1 : escritos;
 }

@@ -15,6 +15,6 @@ off_t auxTamanoFichero(const char *ruta);
 ssize_t LeerFicheroDisco(const char *ruta, void *dir, size_t tam);
 
 /// Writes the `cont` bytes at `dir` to a new file, or over an existing one when `sobreescribir` is not 0.
-/// Returns `cont`, or -1: EEXIST, ENOSPC (the disk took only a part, which stays), or the `errno` of open,
-/// write or close.
+/// Returns `cont`, or -1: EEXIST, ENOSPC (the disk took only a part; a file made by this call is removed), or
+/// the `errno` of open, write or close.
 ssize_t EscribirFicheroDisco(const char *ruta, const void *dir, size_t cont, int sobreescribir);

@@ -14,7 +14,10 @@ namespace {
 /// read (no permission, or past the end of a file since cut short), where a read of it here would be a fault.
 bool LeerCabeceraMapeada(const void *dir, SF *cabecera) {
     int tuberia[2];
-    if (pipe(tuberia) == -1) return false;
+    if (pipe(tuberia) == -1) {
+        InformarError("Imposible examinar un mapeo");
+        return false;
+    }
     const Descriptor lectura{tuberia[0]}, escritura{tuberia[1]};
     const ssize_t n = write(escritura.df(), dir, sizeof *cabecera);
     return n == sizeof *cabecera && read(lectura.df(), cabecera, sizeof *cabecera) == n;
