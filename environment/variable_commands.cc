@@ -64,7 +64,11 @@ void Cmd_showvar(char *args[]) {
     }
     MostrarEntrada("Con arg3 main", args[0], main3arg);
     MostrarEntrada("  Con environ", args[0], environ);
-    if (char *valor = getenv(args[0])) Imprimir("   Con getenv %s(%p)\n", valor, static_cast<void *>(valor));
+    if (char *valor = getenv(args[0])) {
+        EscribirTexto("   Con getenv ");
+        EscribirTexto(valor);
+        Imprimir("(%p)\n", static_cast<void *>(valor));
+    }
 }
 
 void Cmd_changevar(char *args[]) {

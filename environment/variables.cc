@@ -6,11 +6,15 @@
 
 #include "shell/element_list.h"
 #include "shell/failure.h"
+#include "shell/input.h"
 #include "shell/output.h"
 
 namespace {
 
-/// nombre=valor in a new heap string of exactly that size, recorded for exit; null: ENOMEM.
+bool CabeNombre(const char *nombre) { return strnlen(nombre, kTamVariable) <= kTamVariable - 2; }
+
+/// nombre=valor in a new heap string of exactly that size, recorded for exit; null: ENOMEM, ENOSPC (no more
+/// can be recorded).
 char *NuevaVariable(const char *nombre, const char *valor) {
     const size_t n = strlen(nombre);
     const size_t m = strlen(valor);
@@ -19,11 +23,17 @@ char *NuevaVariable(const char *nombre, const char *valor) {
     memcpy(texto, nombre, n);
     texto[n] = '=';
     memcpy(texto + n + 1, valor, m + 1);
-    EntornoAdd(texto); // with the list full the change still stands: only exit will not release the string
+    // A string that exit could not release is not placed: search refuses a directory too many in the same
+    // way.
+    if (EntornoAdd(texto) == -1) {
+        free(texto);
+        errno = ENOSPC;
+        return nullptr;
+    }
     return texto;
 }
 
-/// Puts a new nombre=valor in slot `pos`. Returns `pos`, or -1: ENOMEM.
+/// Puts a new nombre=valor in slot `pos`. Returns `pos`, or -1: ENOMEM, ENOSPC.
 int Colocar(const char *nombre, const char *valor, char *entorno[], int pos) {
     char *texto = NuevaVariable(nombre, valor);
     if (!texto) return -1;
@@ -34,13 +44,12 @@ int Colocar(const char *nombre, const char *valor, char *entorno[], int pos) {
 } // namespace
 
 int BuscarVariable(const char *nombre, char *const entorno[]) {
-    char buscada[kTamVariable];
+    if (!CabeNombre(nombre)) return Fallo(ENAMETOOLONG);
     const size_t n = strlen(nombre);
-    if (n > sizeof buscada - 2) return Fallo(ENAMETOOLONG);
-    memcpy(buscada, nombre, n);
-    buscada[n] = '=';
+    // No copy of the name with its "=": an entry left pointing at the stack could be found in the copy
+    // itself.
     for (int i = 0; entorno && entorno[i]; i++)
-        if (strncmp(entorno[i], buscada, n + 1) == 0) return i;
+        if (strncmp(entorno[i], nombre, n) == 0 && entorno[i][n] == '=') return i;
     return Fallo(ENOENT);
 }
 
@@ -50,6 +59,7 @@ int CambiarVariable(const char *nombre, const char *valor, char *entorno[]) {
 }
 
 int CambiarVariablePutenv(const char *nombre, const char *valor) {
+    if (!CabeNombre(nombre)) return Fallo(ENAMETOOLONG);
     char *texto = NuevaVariable(nombre, valor);
     return texto ? putenv(texto) : -1;
 }
@@ -65,6 +75,7 @@ void MostrarEntorno(char *const entorno[], const char *etiqueta) {
     for (int i = 0; entorno && entorno[i]; i++) {
         Imprimir("%p->%s[%d]=(%p) ", static_cast<const void *>(&entorno[i]), etiqueta, i,
                  static_cast<void *>(entorno[i]));
+        SincronizarTrasDanos(); // the slot may have been written over
         EscribirTexto(entorno[i]);
         EscribirTexto("\n");
     }

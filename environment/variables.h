@@ -11,14 +11,14 @@ constexpr int kTamVariable = 512; ///< bytes for a name, "=" and the closing nul
 int BuscarVariable(const char *nombre, char *const entorno[]);
 
 /// Puts a new nombre=valor in the place of the variable's entry. Returns its index, or -1: those of
-/// BuscarVariable, ENOMEM.
+/// BuscarVariable, ENOMEM, ENOSPC (4095 strings have been placed).
 int CambiarVariable(const char *nombre, const char *valor, char *entorno[]);
 
-/// putenv() of a new nombre=valor. Returns what putenv returned, or -1: ENOMEM.
+/// putenv() of a new nombre=valor. Returns what putenv returned, or -1: ENAMETOOLONG, ENOMEM, ENOSPC.
 int CambiarVariablePutenv(const char *nombre, const char *valor);
 
 /// Puts a new nombre2=valor in the place of the entry of nombre1. Returns its index, or -1: EEXIST (nombre2
-/// has an entry), those of BuscarVariable, ENOMEM.
+/// has an entry), those of CambiarVariable.
 int SustituirVariable(const char *nombre1, const char *nombre2, const char *valor, char *entorno[]);
 
 /// Prints every entry with its address and that of its slot, each behind `etiqueta` and its index.

@@ -1,5 +1,7 @@
 #include "environment/wrong_changes.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -20,6 +22,10 @@ namespace {
 
 size_t LongitudVariable(const char *nombre, const char *valor) { return strlen(nombre) + 1 + strlen(valor); }
 
+bool CabeEnBuffer(const char *nombre, const char *valor) {
+    return LongitudVariable(nombre, valor) < kTamVariable;
+}
+
 /// Puts the text's address in slot `pos`, or hands it to putenv when there is no array.
 int Colocar(char *texto, char *entorno[], int pos) {
     if (!entorno) return putenv(texto);
@@ -33,6 +39,7 @@ int CambiarVariableMalOverwrite(const char *nombre, const char *valor, char *ent
     if (!entorno) return Fallo(EINVAL);
     const int pos = BuscarVariable(nombre, entorno);
     if (pos == -1) return -1;
+    if (!CabeEnBuffer(nombre, valor)) return Fallo(ENAMETOOLONG);
     // Behind the entry stands the next one: a longer text would be a fault of another kind.
     if (LongitudVariable(nombre, valor) > strlen(entorno[pos])) return Fallo(ENOSPC);
     EscribirVariable(entorno[pos], nombre, valor);
@@ -43,7 +50,7 @@ int CambiarVariableMalAutomatic(const char *nombre, const char *valor, char *ent
     const int pos = entorno ? BuscarVariable(nombre, entorno) : 0;
     if (pos == -1) return -1;
     char texto[kTamVariable];
-    if (LongitudVariable(nombre, valor) >= sizeof texto) return Fallo(ENAMETOOLONG);
+    if (!CabeEnBuffer(nombre, valor)) return Fallo(ENAMETOOLONG);
     EscribirVariable(texto, nombre, valor);
     // The lesson: the address of an automatic variable outlives it. It goes through a volatile pointer so
     // that the compiler neither warns of it nor drops what nobody seems to read.
@@ -55,9 +62,12 @@ int CambiarVariableMalStatic(const char *nombre, const char *valor, char *entorn
     static char texto[kTamVariable];
     // Looked up before the buffer is written: after it, an entry that already stands in the buffer would be
     // found in the place of the variable's own.
-    const int pos = entorno ? BuscarVariable(nombre, entorno) : 0;
-    if (pos == -1) return -1;
-    if (LongitudVariable(nombre, valor) >= sizeof texto) return Fallo(ENAMETOOLONG);
+    const int pos = BuscarVariable(nombre, entorno ? entorno : environ);
+    if (entorno && pos == -1) return -1;
+    if (!CabeEnBuffer(nombre, valor)) return Fallo(ENAMETOOLONG);
     EscribirVariable(texto, nombre, valor);
-    return Colocar(texto, entorno, pos);
+    const int resultado = Colocar(texto, entorno, pos);
+    // putenv looks the name up itself, and may have taken such an entry for the variable's own.
+    if (!entorno && pos != -1) environ[pos] = texto;
+    return resultado;
 }

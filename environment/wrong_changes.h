@@ -6,8 +6,8 @@
 // All return the variable's index in `entorno` (what putenv returned without one), or -1: those of
 // BuscarVariable, and those told below.
 
-/// Writes nombre=valor over the characters of the entry. EINVAL: no array. ENOSPC: the text is longer than
-/// the one that the entry holds.
+/// Writes nombre=valor over the characters of the entry. EINVAL: no array. ENAMETOOLONG: nombre=valor has
+/// more than 511 characters. ENOSPC: it is longer than the text that the entry holds.
 int CambiarVariableMalOverwrite(const char *nombre, const char *valor, char *entorno[]);
 
 /// Puts in the environment an automatic variable, which ends with the call: from then on the entry shows

@@ -51,7 +51,7 @@ Lectura Entregar(char *linea) {
     memcpy(linea, pendiente_, numPendiente_);
     linea[numPendiente_] = '\0';
     numPendiente_ = 0;
-    if (cadaLinea_) SincronizarES();
+    SincronizarTrasDanos();
     return Lectura::Linea;
 }
 
@@ -84,6 +84,10 @@ Lectura LeerLinea(char *linea, size_t tam) {
 bool EntradaEsTerminal() { return isatty(STDIN_FILENO) == 1; }
 
 void SincronizarCadaLinea() { cadaLinea_ = true; }
+
+void SincronizarTrasDanos() {
+    if (cadaLinea_) SincronizarES();
+}
 
 void SincronizarES() {
     const int motivo = errno;

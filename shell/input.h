@@ -22,6 +22,10 @@ bool EntradaEsTerminal();
 /// said: any later one may find the heap broken and end the shell.
 void SincronizarCadaLinea();
 
+/// SincronizarES once such a command has run, else nothing: for what reads a table that the user may have
+/// damaged.
+void SincronizarTrasDanos();
+
 /// Puts the descriptors in the state that the user sees: writes out standard output and sets the offset of
 /// standard input to the byte after the last line read. To be called before a child is made, before a program
 /// replaces the shell, before a command touches or shows a descriptor, before a fault can end the shell, and

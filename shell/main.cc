@@ -66,10 +66,13 @@ int main(int argc, char *argv[], char *env[]) {
     const char *programa = argc > 0 ? argv[0] : "";
     FechaEjecutable = FechaFichero(programa);
     EscribirTexto("Iniciando shell..\n");
-    if (argc > 1 && strcmp(argv[1], "-p") == 0)
+    if (argc > 1 && strcmp(argv[1], "-p") == 0) {
         PathAddPath();
-    else
-        Imprimir("Ejecutar %s -p para importar el path\n\n", programa);
+    } else {
+        EscribirTexto("Ejecutar ");
+        EscribirTexto(programa); // of any length
+        EscribirTexto(" -p para importar el path\n\n");
+    }
     Cmd_version(palabras_ + 1);
     if (setjmp(EstadoGuardado) != 0) {
         SoltarRetenidas();

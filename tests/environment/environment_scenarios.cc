@@ -51,12 +51,13 @@ TEST(Environment, RefusalsAndUsage) {
 }
 
 TEST(Environment, StaticBufferShowsTheLastChangeWhateverTheOrder) {
-    for (const std::string orden : {"AB", "BA"}) {
+    for (const std::string caso : {"-eAB", "-eBA", "-pAB", "-pBA"}) {
+        const std::string via = caso.substr(0, 2), orden = caso.substr(2);
         Opciones o;
         o.entorno = {"A=x", "B=y"};
         Sesion s(o);
         for (int i = 0; i < 2; i++)
-            s.Linea(std::string("changevarWrong -e -ms ") + orden[i] + " " + std::to_string(i));
+            s.Linea("changevarWrong " + via + " -ms " + orden[i] + " " + std::to_string(i));
         const std::string todo = s.Linea("showenv");
         const std::string ultima = std::string(") ") + orden[1] + "=1\n";
         const size_t primera = todo.find(ultima);
@@ -106,6 +107,9 @@ TEST(Environment, LimitsOfNamesAndTextsAndAnEntryLongerThanTheOutputRoom) {
     const std::string todo = s.Linea("showenv");
     EXPECT_TRUE(Contiene(todo, ") LARGA=" + larga + "\n"));
     EXPECT_TRUE(Contiene(todo, ") T=" + v509 + "\n"));
+    EXPECT_TRUE(Contiene(s.Linea("showvar LARGA"), "   Con getenv " + larga + "(0x"));
+    EXPECT_EQ(s.Linea("changevar -p " + n511 + " 2"), demasiado);
+    EXPECT_TRUE(Contiene(s.Linea("changevarWrong -e -mo LARGA " + v509), demasiado)); // with its name, 515
 }
 
 } // namespace

@@ -80,6 +80,9 @@ TEST(Info, StartUpLinesAndTheWarning) {
     const std::string cola = std::string("Iniciando shell..\nEjecutar ") + SHELL_PROGRAM +
                              " -p para importar el path\n\nversion del shell 4.L.12 Fecha ejecutable: ";
     EXPECT_EQ(Ejecutar("", o).salida.compare(0, cola.size(), cola), 0);
+    o.argumentos = {"-p"};
+    EXPECT_EQ(Ejecutar("", o).salida.rfind("Iniciando shell..\nversion del shell 4.L.12 ", 0), 0u);
+    o.argumentos = {};
     o.preload = WITH_SYSTEMD_SHIM;
     const std::string aviso = "Ufff!....Tu disribución de linux usa systemd: deberias usar otra cosa\n[1]"
                               "Muchas cosas en tu sistema no van a funcionar como deberian.[1].[1].[1]\n"
