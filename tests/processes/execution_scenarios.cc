@@ -230,7 +230,7 @@ TEST(Execution, WhenOnlyTheSecondOfAPipeFailsTheFirstIsKept) {
     EXPECT_EQ(s.Linea("listjobs"), "");
     EXPECT_EQ(s.Linea("backpipe /bin/true % /bin/cat"), fallo);
     const std::string lista = s.Linea("listjobs");
-    EXPECT_TRUE(lista.find(") /bin/true\n") == lista.size() - 13) << lista;
+    EXPECT_TRUE(lista.find(") /bin/true\n") == lista.size() - 12) << lista;
 }
 
 } // namespace
