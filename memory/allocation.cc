@@ -144,7 +144,7 @@ int doDeallocate(void *dir) {
         break;
     default: Imprimir("Direccion %p no asignada con malloc, shared o mmap\n", dir); return -1;
     }
-    return EliminarNodoDireccion(&L, dir);
+    return EliminarNodoDireccion(&L, dir); // NOLINT(clang-analyzer-unix.Malloc): looked up, not followed
 }
 
 void EliminarListaBloquesMemoria() {
