@@ -255,12 +255,6 @@ void Sesion::EsperarTuberiaLlena() {
     }
 }
 
-int Sesion::Terminar() {
-    close(entrada_);
-    entrada_ = -1;
-    return EsperarFin();
-}
-
 Terminal::Terminal(int columnas) {
     const struct winsize ventana = {24, static_cast<unsigned short>(columnas), 0, 0};
     pid_ = forkpty(&salida_, nullptr, nullptr, &ventana);

@@ -73,8 +73,6 @@ class Sesion : public Programa {
     std::string EsperarPrompt();
     /// Waits until the output pipe is full: the program is held up in a write.
     void EsperarTuberiaLlena();
-    /// Closes the input and waits for the end; returns the wait status.
-    int Terminar();
 };
 
 /// A program on a pseudo-terminal (one that adds no carriage returns).

@@ -54,6 +54,22 @@ TEST(Jobs, FollowAProcessThatIsStoppedContinuedAndKilled) {
     EXPECT_EQ(s.Linea("deljobs -sig -term"), final);
 }
 
+TEST(Jobs, ASignalEndsTheWaitForOne) {
+    Sesion s;
+    s.Linea("usesignals on");
+    s.Linea("sighandler -show USR1");
+    s.Linea("back /bin/sleep 100");
+    const pid_t pid = UltimoPid(s.Linea("listjobs"));
+    s.Enviar("job -fg " + std::to_string(pid) + "\n");
+    std::string todo; // until a prompt shows that a signal has ended the wait
+    for (int i = 0; i < 10'000 && todo.find('>') == std::string::npos; i++) {
+        kill(s.pid(), SIGUSR1);
+        todo += s.Esperar("\n");
+    }
+    EXPECT_NE(todo.find('>'), std::string::npos);
+    EXPECT_EQ(kill(pid, SIGKILL), 0);
+}
+
 TEST(Jobs, EndWithTheirStatusAndLeaveTheListWhenAsked) {
     DirectorioTemporal dir;
     EscribirFichero(dir / "sal3", "exit 3\n");

@@ -1,17 +1,11 @@
 #include "processes/process_list.h"
 
 #include <gtest/gtest.h>
-#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
-#include <string>
-
-#include "processes/child.h"
-#include "processes/commands.h"
 
 namespace {
 
@@ -50,36 +44,6 @@ TEST(ProcessList, AFinalRecordTakesNothingFromAnotherChildOfTheSamePid) {
     EXPECT_EQ(viejo.valor, 3);
     actualizarProceso(&nuevo);
     EXPECT_EQ(nuevo.valor, 9);
-}
-
-volatile sig_atomic_t alarmas_;
-pid_t hijo_;
-
-TEST(Waiting, ForAJobEndsAtASignalAndForAChildGoesOn) {
-    hijo_ = fork();
-    if (hijo_ == 0) _exit(pause());
-    alarmas_ = 1000; // the last of them ends the child, and with it a wait that should have ended before
-    struct sigaction accion = {};
-    accion.sa_handler = [](int) {
-        alarmas_ = alarmas_ - 1;
-        if (alarmas_ == 0) kill(hijo_, SIGTERM);
-    };
-    sigaction(SIGALRM, &accion, nullptr);
-    const struct itimerval cada = {{0, 2000}, {0, 2000}}, nunca = {};
-    setitimer(ITIMER_REAL, &cada, nullptr);
-    MeterProceso(&LP, hijo_, 0, palabras_);
-    std::string pid = std::to_string(hijo_);
-    char fg[] = "-fg", *args[] = {fg, pid.data(), nullptr};
-    Cmd_job(args);
-    EXPECT_EQ(EstadoProcesoPid(&LP, hijo_), ACTIVO);
-    alarmas_ = 3;
-    int estado = 0;
-    EXPECT_EQ(EsperarHijo(hijo_, &estado), hijo_);
-    EXPECT_TRUE(WIFSIGNALED(estado) && WTERMSIG(estado) == SIGTERM);
-    EXPECT_EQ(EsperarHijo(hijo_, &estado), -1);
-    EXPECT_EQ(errno, ECHILD);
-    setitimer(ITIMER_REAL, &nunca, nullptr);
-    VaciarListaProcesos(&LP);
 }
 
 } // namespace

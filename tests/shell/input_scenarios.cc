@@ -1,8 +1,5 @@
 #include "tests/driver/session.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -55,40 +52,6 @@ TEST(Input, TheWordsBeyondTheLastSlotAreLeftOutWithANotice) {
     const Resultado r = Ejecutar(linea + "\n");
     EXPECT_NE(r.salida.find("Linea con mas de 2047 palabras: se ignoran las demas\n"), std::string::npos);
     EXPECT_EQ(r.estado, 0);
-}
-
-TEST(Input, OnlyTheLinesReadAreConsumed) {
-    // What follows `exit` stays for whoever holds the same descriptor, be it a file or a pipe.
-    for (const bool fichero : {true, false}) {
-        int df[2];
-        if (fichero) {
-            char nombre[] = "/tmp/escenarioXXXXXX";
-            df[0] = mkstemp(nombre);
-            unlink(nombre);
-            df[1] = df[0];
-        } else {
-            ASSERT_EQ(pipe(df), 0);
-        }
-        const std::string guion = "pid\nexit\nesto no es del shell\n";
-        ASSERT_EQ(write(df[1], guion.data(), guion.size()), static_cast<ssize_t>(guion.size()));
-        if (fichero) lseek(df[0], 0, SEEK_SET);
-        const pid_t pid = fork();
-        if (pid == 0) {
-            dup2(df[0], 0);
-            dup2(open("/dev/null", O_WRONLY), 1);
-            setenv("LD_PRELOAD", NO_SYSTEMD_SHIM, 1);
-            execl(SHELL_PROGRAM, SHELL_PROGRAM, nullptr);
-            _exit(127);
-        }
-        int estado;
-        waitpid(pid, &estado, 0);
-        EXPECT_EQ(estado, 0);
-        char resto[64];
-        const ssize_t n = read(df[0], resto, sizeof resto);
-        EXPECT_EQ(std::string(resto, n > 0 ? n : 0), "esto no es del shell\n");
-        close(df[0]);
-        if (!fichero) close(df[1]);
-    }
 }
 
 TEST(Input, AClosedOutputOrInputEndsNothingBadly) {

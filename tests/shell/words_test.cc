@@ -26,14 +26,6 @@ TEST(TrocearCadena, SplitsAtBlanksTabsAndNewlinesWithoutQuoting) {
     }
 }
 
-TEST(TrocearCadena, KeepsTheFirst2047Words) {
-    std::string linea;
-    for (int i = 0; i < 2048; i++) linea += "x ";
-    char *palabras[kMaxPalabras];
-    EXPECT_EQ(TrocearCadena(linea.data(), palabras), 2047);
-    EXPECT_EQ(palabras[2047], nullptr);
-}
-
 TEST(UnirPalabras, JoinsWithSingleBlanksAndTellsTheWholeLength) {
     char a[] = "hola", b[] = "mundo";
     char *palabras[] = {a, b, nullptr};
