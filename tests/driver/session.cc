@@ -25,11 +25,6 @@ const std::string kEspecificacion = "\x02%%>";
 
 using Reloj = std::chrono::steady_clock;
 
-int MilisegundosHasta(Reloj::time_point fin) {
-    const auto queda = std::chrono::duration_cast<std::chrono::milliseconds>(fin - Reloj::now()).count();
-    return queda > 0 ? static_cast<int>(queda) : 0;
-}
-
 /// The options with a program that every user can reach: the build may stand in a folder of root's.
 Opciones AlAlcance(Opciones o) {
     if (o.uid == 0) return o;
@@ -145,7 +140,7 @@ size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool pued
             mirado = leido->size() > texto.size() ? leido->size() - texto.size() : 0;
         }
         struct pollfd p = {df, POLLIN, 0};
-        if (poll(&p, 1, MilisegundosHasta(plazo)) == 0) break;
+        if (poll(&p, 1, 100) == 0) continue; // until the time is over
         char trozo[65536];
         const ssize_t n = read(df, trozo, sizeof trozo);
         if (n <= 0 && (texto.empty() || puedeAcabar)) return std::string::npos;

@@ -180,6 +180,9 @@ TEST(Execution, LooksProgramsUpInItsOwnPathAndNowhereElse) {
         {"where sh", justa + "/sh\n"},
         {"where help", "help: comando interno help\n"},
         {"echo a", "a\n"},
+        {"search -/" + justa, ""},
+        {"search -del nada", "Imposible realizar operacion -del: No such file or directory\n"},
+        {"path", dir.ruta() + "\n" + justa + "\n/bin\n"},
     };
     for (const auto &[linea, salida] : filas) EXPECT_EQ(s.Linea(linea), salida) << linea;
 }
