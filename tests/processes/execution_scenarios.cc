@@ -183,6 +183,8 @@ TEST(Execution, LooksProgramsUpInItsOwnPathAndNowhereElse) {
         {"search -/" + justa, ""},
         {"search -del nada", "Imposible realizar operacion -del: No such file or directory\n"},
         {"path", dir.ruta() + "\n" + justa + "\n/bin\n"},
+        {"search -/bin", ""},
+        {"echo a", "No ejecutado: No such file or directory\n"},
     };
     for (const auto &[linea, salida] : filas) EXPECT_EQ(s.Linea(linea), salida) << linea;
 }

@@ -37,6 +37,7 @@ TEST(Input, LongLinesArriveInPartsAndOddBytesDoNoHarm) {
         {entera, logins + "=="},
         // Two parts of 4095 characters and a rest, each run by itself.
         {std::string(4095, ' ') + entera + orden, "=" + logins + "=" + logins + "="},
+        {palabras.substr(2), "No ejecutado: No such file or directory\n="}, // 2047 words
         {palabras, "Linea con mas de 2047 palabras: se ignoran las demas\n"
                    "No ejecutado: No such file or directory\n=="},
         {std::string("authors -l\0 z", 13), logins + "="},

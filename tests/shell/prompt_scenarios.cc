@@ -39,8 +39,9 @@ TEST(Prompt, EveryEscapeGivesItsPiece) {
     if (kSaneado) return; // the sanitizers' own realpath looks at a buffer of another size
     s.Linea("chdir " + o.directorio);
     EXPECT_EQ(Generado(&s, "%d"), d / "real");
-    s.Linea("chdir " + std::string(getpwuid(geteuid())->pw_dir));
-    EXPECT_EQ(Generado(&s, "%D").substr(0, 1), "~");
+    if (s.Linea("chdir " + std::string(getpwuid(geteuid())->pw_dir)).empty()) { // some users have no home
+        EXPECT_EQ(Generado(&s, "%D").substr(0, 1), "~");
+    }
 }
 
 TEST(Prompt, RefusesEscapesThatDoNotExistAndTextsThatDoNotFitAndIsCutWhenItGrows) {
