@@ -11,7 +11,7 @@ import sys
 import tempfile
 import time
 
-from sessions import Dash, Desnudo, Programa, Shell
+from sessions import Dash, Desnudo, Shell
 from timing import Fila, alternar, cronometrar, hyperfine
 from trees import arbol_ancho, arbol_hondo
 
@@ -146,9 +146,9 @@ def volcado(b):
 
     def volcar():
         """From the start of the shell to its end; the time in which the bench reads the address is not in it."""
-        inicio = time.perf_counter_ns()
         with Shell(b.shell, nuestro) as shell:
-            ms = shell.lineas(f"memmalloc {tam}") + (time.perf_counter_ns() - inicio) / 1e6
+            shell.lineas(f"memmalloc {tam}")
+            ms = shell.transcurrido()
             direccion = re.search(r"en (0x[0-9a-f]+)", shell.salida()).group(1)
             inicio = time.perf_counter_ns()
             shell.lineas("prompt >", f"readfile {origen} {direccion}", f"memdump {direccion} {tam}")
@@ -301,9 +301,9 @@ def sistema_en_memoria(b):
     def guardar(despues=None):
         """From the start of the shell to its end; the time in which the bench writes the script is not in it.
         `despues` gets the shell while the files are there."""
-        inicio = time.perf_counter_ns()
         with Shell(b.shell, salida) as shell:
-            ms = shell.lineas(f"memmalloc {bloque}") + (time.perf_counter_ns() - inicio) / 1e6
+            shell.lineas(f"memmalloc {bloque}")
+            ms = shell.transcurrido()
             direccion = re.search(r"en (0x[0-9a-f]+)", shell.salida()).group(1)
             copias = "".join(f"memfs-cp {origen}/f{i:04} a:f{i:04}\n" for i in range(num))
             with open(guion, "w", encoding="ascii") as fichero:

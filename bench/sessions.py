@@ -14,7 +14,10 @@ class Programa:
 
     def __init__(self, argumentos, salida):
         self.ruta_salida = salida
+        if os.path.isfile(salida):
+            os.unlink(salida)  # to cut a long file takes its time
         with open(salida, "wb") as fichero:
+            self.inicio = time.perf_counter_ns()
             self.proceso = subprocess.Popen(argumentos, stdin=subprocess.PIPE, stdout=fichero,
                                             stderr=subprocess.PIPE, bufsize=0)
 
@@ -49,6 +52,10 @@ class Programa:
         self.proceso.stdin.write(datos)
         self.esperar_marca(marcas)
         return (time.perf_counter_ns() - inicio) / 1e6
+
+    def transcurrido(self):
+        """Milliseconds since the program was started."""
+        return (time.perf_counter_ns() - self.inicio) / 1e6
 
     def salida(self):
         with open(self.ruta_salida, encoding="utf-8", errors="replace") as fichero:

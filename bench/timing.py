@@ -70,6 +70,8 @@ def cronometrar(argumentos, entrada=os.devnull, salida=os.devnull, preparar=None
     def medir():
         if preparar:
             preparar()
+        if os.path.isfile(salida):
+            os.unlink(salida)  # to cut a long file takes its time
         salida_df = os.open(salida, os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o666)
         if isinstance(entrada, bytes):
             entrada_df, escritura = os.pipe()
