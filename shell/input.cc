@@ -19,11 +19,12 @@ constexpr size_t kTamPendiente = 4096;
 /// since whatever runs then may put another file there.
 enum class Fuente { Desconocida, Fichero, Terminal, Otra };
 
+// The small ones stand together, in one page of memory.
 Fuente fuente_;
-char bloque_[kTamBloque]; // read and not yet used: [pos_, fin_)
-size_t pos_, fin_;
+size_t pos_, fin_;    // the part of bloque_ that has been read and not yet used
+size_t numPendiente_; // the bytes in pendiente_
+char bloque_[kTamBloque];
 char pendiente_[kTamPendiente]; // the line being put together; survives an interrupted read
-size_t numPendiente_;
 
 Fuente ClaseDeEntrada() {
     struct stat st;
