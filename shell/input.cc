@@ -19,13 +19,14 @@ constexpr size_t kTamPendiente = 4096;
 /// ahead while its lines were not being edited arrives in one piece.
 enum class Fuente { Desconocida, Fichero, Otra };
 
+// The small ones stand together, in one page of memory.
 Fuente fuente_;
-char bloque_[kTamBloque]; // read and not yet used: [pos_, fin_)
-size_t pos_, fin_;
-off_t lugar_;                   // of a file: the offset of the byte after the block
+size_t pos_, fin_;    // the part of bloque_ that has been read and not yet used
+off_t lugar_;         // of a file: the offset of the byte after the block
+size_t numPendiente_; // the bytes in pendiente_
+bool cadaLinea_;      // every line starts synchronised
+char bloque_[kTamBloque];
 char pendiente_[kTamPendiente]; // the line being put together; survives an interrupted read
-size_t numPendiente_;
-bool cadaLinea_; // every line starts synchronised
 
 Fuente ClaseDeEntrada() {
     struct stat st;

@@ -17,6 +17,9 @@ namespace {
 
 constexpr size_t kTamPrompt = 1024;
 
+char resuelto_[PATH_MAX];   // what realpath may fill
+char directorio_[PATH_MAX]; // in which DirectoryLast finds its component, of whatever depth the system can
+                            // tell
 char especificacion_[kTamPrompt] = "%o@%m{%B}%b%%)%b";
 
 enum class Generacion { Bien, EscapeInvalido, NoCabe };
@@ -79,11 +82,10 @@ namespace {
 
 /// Directory in a buffer that the caller may change.
 char *DirectorioResuelto() {
-    static char resuelto[PATH_MAX]; // what realpath may fill
     static char desconocido[sizeof "UnknownDir"];
     char dir[PATH_MAX];
     // A directory that can be named but no longer resolved is as unknown as one that cannot be named.
-    if (getcwd(dir, sizeof dir) && realpath(dir, resuelto)) return resuelto;
+    if (getcwd(dir, sizeof dir) && realpath(dir, resuelto_)) return resuelto_;
     return strcpy(desconocido, "UnknownDir");
 }
 
@@ -92,9 +94,8 @@ char *DirectorioResuelto() {
 const char *Directory() { return DirectorioResuelto(); }
 
 const char *DirectoryLast() {
-    static char dir[PATH_MAX]; // the name of a deep directory is shown as long as the system can tell it
-    if (!getcwd(dir, sizeof dir)) return "UnknownDir";
-    return basename(dir);
+    if (!getcwd(directorio_, sizeof directorio_)) return "UnknownDir";
+    return basename(directorio_);
 }
 
 const char *DirectoryContracted() {
