@@ -34,18 +34,14 @@ TEST(Allocation, CommandsWithoutWordsListTheirKindAndRefusalsSayWhy) {
         std::string linea, respuesta;
     } filas[] = {{"memmalloc", malloc},
                  {"shared -create 5", shared},
-                 {"allocate -shared", shared},
                  {"deallocate -mmap", mmap},
                  {"free 0", todos},
-                 {"deallocate xyz", todos},
                  {"mem -blocks", todos},
                  {"memdemalloc abc", "No se asignan bloques de 0 bytes\n"},
                  {"shared -create 5 0", "No se asignan bloques de 0 bytes\n"},
-                 {"malloc -free 100", "No hay bloque de ese tamano asignado con malloc\n"},
                  {"memcreateshared 0 100", noClave + "0: Invalid argument\n"},
                  {"shared 4294967296", noClave + "0: Invalid argument\n"},
                  {"memshared " + clave, noClave + clave + ": No such file or directory\n"},
-                 {"shared -free 3", "No hay bloque de esa clave mapeado en el proceso\n"},
                  {"deallocate -delkey 4294967296", "      delkey necesita clave_valida\n"},
                  {"shared -delkey " + clave,
                   "shmget: imposible obtener memoria compartida: No such file or directory\n"},
@@ -90,7 +86,9 @@ TEST(Allocation, MappingsGiveWhatTheirPermissionAsksForAndLeaveNoDescriptor) {
     EscribirFichero(dir / "vacio", "");
     ASSERT_EQ(mkfifo((dir / "cola").c_str(), 0600), 0);
     Sesion s({.directorio = dir.ruta()});
-    const std::string antes = s.Linea("listopen");
+    const std::string antes = s.Linea("listopen"),
+                      noMalloc = "No hay bloque de ese tamano asignado con malloc\n",
+                      noShared = "No hay bloque de esa clave mapeado en el proceso\n";
     // What may be read can be written to a file, what may be written can be read into; neither faults.
     static constexpr struct {
         const char *perm, *modo;
@@ -106,6 +104,8 @@ TEST(Allocation, MappingsGiveWhatTheirPermissionAsksForAndLeaveNoDescriptor) {
         EXPECT_NE(s.Linea("listopen").find(std::string("-> Mapeo de f ") + f.modo), std::string::npos);
         EXPECT_EQ(s.Linea("writefile -o copia " + a + " 10")[0], f.lee ? 'e' : 'I') << f.perm;
         EXPECT_EQ(s.Linea("readfile f " + a)[0], f.escribe ? 'l' : 'I') << f.perm;
+        EXPECT_EQ(s.Linea("malloc -free 10") + s.Linea("shared -free 3"), noMalloc + noShared)
+            << "not its kind";
         EXPECT_EQ(s.Linea(f.escribe ? "free " + a : "mmap -free f"), "");
         EXPECT_EQ(s.Linea("listopen"), antes) << f.perm;
     }
