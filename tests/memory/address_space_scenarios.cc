@@ -41,11 +41,10 @@ TEST(AddressSpace, EveryAddressLiesInItsRegionAndOrder) {
     }
     EXPECT_EQ(todo.find(esperado), 0u) << todo;
     // Locals from the highest down; h, pi, e of pi < e < h; statics upwards; all next to each other.
-    static constexpr struct {
-        int menor, mayor;
-        unsigned long distancia;
-    } vecinas[] = {{2, 1, 4}, {1, 0, 4}, {4, 5, 4}, {5, 3, 4}, {9, 10, 4}, {10, 11, 4}, {13, 14, 8}};
-    for (const auto &par : vecinas) EXPECT_EQ(v[par.mayor] - v[par.menor], par.distancia) << par.menor;
+    static constexpr int vecinas[][3] = {{2, 1, 4},  {1, 0, 4},   {4, 5, 4},  {5, 3, 4},
+                                         {9, 10, 4}, {10, 11, 4}, {13, 14, 8}};
+    for (const auto &[menor, mayor, distancia] : vecinas)
+        EXPECT_EQ(v[mayor] - v[menor], static_cast<unsigned long>(distancia)) << menor;
 
     if (access("/proc/self/maps", R_OK) == -1) GTEST_SKIP() << "no /proc here";
     EXPECT_EQ(Region(s.pid(), v[0]), "rw-p [stack]");
