@@ -15,9 +15,7 @@ TEST(CreationAndDeletion, DoesItOrSaysWhyNotAndFollowsNoLink) {
     DirectorioTemporal tmp;
     Sesion s({.directorio = tmp.ruta()});
     EXPECT_EQ(s.Linea("create -f"), tmp.ruta() + "\n");
-    static constexpr struct {
-        const char *linea, *salida;
-    } filas[] = {
+    static constexpr std::pair<const char *, const char *> filas[] = {
         {"create -f f", ""},
         {"makefile f", "Imposible crear f: File exists"},
         {"create d -f", ""},
@@ -36,7 +34,7 @@ TEST(CreationAndDeletion, DoesItOrSaysWhyNotAndFollowsNoLink) {
         {"delete d/.oculto", ""}, // still there
         {"deltree d", ""},
     };
-    for (const auto &fila : filas) EXPECT_EQ(s.Linea(fila.linea), fila.salida) << fila.linea;
+    for (const auto &[linea, salida] : filas) EXPECT_EQ(s.Linea(linea), salida) << linea;
     EXPECT_TRUE(std::filesystem::is_empty(tmp.ruta()));
 }
 

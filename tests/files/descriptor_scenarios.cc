@@ -34,9 +34,7 @@ TEST(OpenFileTable, HoldsWhatTheProcessInheritedAboveTheLimitToo) {
 TEST(Descriptors, CommandsAndTheTableAgree) {
     DirectorioTemporal tmp;
     Sesion s({.directorio = tmp.ruta()});
-    static constexpr struct {
-        const char *linea, *salida;
-    } filas[] = {
+    static constexpr std::pair<const char *, const char *> filas[] = {
         {"open f cr ex wo tr ap zz rw", "Anadida entrada 3 a la tabla ficheros abiertos\n"},
         {"writestr 3   hola \t  mundo", ""},
         {"open f", "Anadida entrada 4 a la tabla ficheros abiertos\n"},
@@ -57,7 +55,7 @@ TEST(Descriptors, CommandsAndTheTableAgree) {
         {"lseek 4 1099511627776", "Descriptor 4 posicionado en 1099511627776\n"},
         {"close 4096", "Inposible cerrar descriptor: Bad file descriptor\n"},
     };
-    for (const auto &fila : filas) EXPECT_EQ(s.Linea(fila.linea), fila.salida) << fila.linea;
+    for (const auto &[linea, salida] : filas) EXPECT_EQ(s.Linea(linea), salida) << linea;
     const std::string listado = s.Linea("close -1");
     for (const char *linea : {"3, offset: (10)-> f O_CREAT O_EXCL O_WRONLY O_APPEND O_TRUNC ",
                               "4, offset: (1099511627776)-> f O_RDONLY ",

@@ -27,10 +27,7 @@ TEST_F(Redireccion, MarksRefuseToBeClosedUntilTheyAreCleared) {
     Sesion s;
     const std::string original = " estandar en fichero configuracion original (-1) \n";
     const std::string estado = "entrada" + original + "salida" + original;
-    const struct {
-        const char *linea;
-        std::string salida;
-    } filas[] = {
+    const std::pair<const char *, std::string> filas[] = {
         {"redout f", "Hay que inicializar redireccion\n"},
         {"initredir", ""},
         {"initredir", "redireccion ya inicializada\n"},
@@ -42,7 +39,7 @@ TEST_F(Redireccion, MarksRefuseToBeClosedUntilTheyAreCleared) {
         {"clearredir", ""},
         {"close 4", ""},
     };
-    for (const auto &fila : filas) EXPECT_EQ(s.Linea(fila.linea), fila.salida) << fila.linea;
+    for (const auto &[linea, salida] : filas) EXPECT_EQ(s.Linea(linea), salida) << linea;
 }
 
 TEST_F(Redireccion, OutputGoesToTheFileAndBackInOrder) {

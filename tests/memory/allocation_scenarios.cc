@@ -20,24 +20,23 @@ TEST(Allocation, CommandsWithoutWordsListTheirKindAndRefusalsSayWhy) {
                       mmap = Cabecera(s, " mmap"), todos = Cabecera(s, ""),
                       clave = std::to_string(ClaveUnica()),
                       noClave = "Imposible asignar memoria compartida clave ";
-    const struct {
-        std::string linea, respuesta;
-    } filas[] = {{"memmalloc", malloc},
-                 {"shared -create 5", shared},
-                 {"deallocate -mmap", mmap},
-                 {"free 0", todos},
-                 {"mem -blocks", todos},
-                 {"memdemalloc abc", "No se asignan bloques de 0 bytes\n"},
-                 {"shared -create 5 0", "No se asignan bloques de 0 bytes\n"},
-                 {"shared 4294967296", noClave + "0: Invalid argument\n"},
-                 {"memshared " + clave, noClave + clave + ": No such file or directory\n"},
-                 {"deallocate -delkey 4294967296", "      delkey necesita clave_valida\n"},
-                 {"shared -delkey " + clave,
-                  "shmget: imposible obtener memoria compartida: No such file or directory\n"},
-                 {"mmap /no/existe r", "Imposible mapear fichero: No such file or directory\n"},
-                 {"deallocate 0x10", "Direccion 0x10 no asignada con malloc, shared o mmap\n"},
-                 {"asignar -free 5", "uso: asignar [-malloc|-shared|-createshared|-mmap] ....\n"}};
-    for (const auto &f : filas) EXPECT_EQ(s.Linea(f.linea), f.respuesta) << f.linea;
+    const std::pair<std::string, std::string> filas[] = {
+        {"memmalloc", malloc},
+        {"shared -create 5", shared},
+        {"deallocate -mmap", mmap},
+        {"free 0", todos},
+        {"mem -blocks", todos},
+        {"memdemalloc abc", "No se asignan bloques de 0 bytes\n"},
+        {"shared -create 5 0", "No se asignan bloques de 0 bytes\n"},
+        {"shared 4294967296", noClave + "0: Invalid argument\n"},
+        {"memshared " + clave, noClave + clave + ": No such file or directory\n"},
+        {"deallocate -delkey 4294967296", "      delkey necesita clave_valida\n"},
+        {"shared -delkey " + clave,
+         "shmget: imposible obtener memoria compartida: No such file or directory\n"},
+        {"mmap /no/existe r", "Imposible mapear fichero: No such file or directory\n"},
+        {"deallocate 0x10", "Direccion 0x10 no asignada con malloc, shared o mmap\n"},
+        {"asignar -free 5", "uso: asignar [-malloc|-shared|-createshared|-mmap] ....\n"}};
+    for (const auto &[linea, respuesta] : filas) EXPECT_EQ(s.Linea(linea), respuesta) << linea;
     // The sanitizers add a line of their own.
     const std::string excesivo = "Imposible obtener memoria con malloc: Cannot allocate memory\n";
     EXPECT_NE(s.Linea("malloc -1").find(excesivo), std::string::npos);

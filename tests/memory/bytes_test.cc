@@ -5,12 +5,10 @@
 #include "memory/fill.h"
 
 TEST(ConvertirByte, ReadsQuotedDecimalHexadecimalAndOctal) {
-    static constexpr struct {
-        const char *texto;
-        int byte;
-    } filas[] = {{"'A'", 65}, {"122", 122},    {"0x7a", 122}, {"010", 8}, {"300", 44}, {"-1", 255},
-                 {"hola", 0}, {"'\xf1'", 241}, {"'A", 0},     {"'", 0},   {"", 0}};
-    for (const auto &f : filas) EXPECT_EQ(ConvertirByte(f.texto), f.byte) << f.texto;
+    static constexpr std::pair<const char *, int> filas[] = {
+        {"'A'", 65}, {"122", 122},    {"0x7a", 122}, {"010", 8}, {"300", 44}, {"-1", 255},
+        {"hola", 0}, {"'\xf1'", 241}, {"'A", 0},     {"'", 0},   {"", 0}};
+    for (const auto &[texto, byte] : filas) EXPECT_EQ(ConvertirByte(texto), byte) << texto;
 }
 
 TEST(LlenarMemoria, SetsEveryStepBelowTheCountAndNothingElse) {
