@@ -32,7 +32,7 @@ bool SeguirTrasFallo(Lectura resultado) {
 }
 
 void GuardarEnHistorico(char *linea) {
-    linea[strcspn(linea, "\n")] = '\0';
+    if (char *salto = strchr(linea, '\n')) *salto = '\0';
     errno = 0;
     if (HistoricAdd(linea) == -1 && errno != 0) Imprimir("Comando no almacenado: %s\n", strerror(errno));
 }

@@ -30,12 +30,13 @@ Generacion Generar(const char *spec, char *texto) {
     size_t n = 0;
     bool cabe = true;
     for (; *spec; spec++) {
-        char caracter[2] = {*spec, '\0'};
-        const char *trozo = caracter;
-        if (*spec == '%') {
-            trozo = CadenaEquivalente(*++spec);
-            if (!trozo) return Generacion::EscapeInvalido;
+        if (*spec != '%') {
+            cabe = cabe && n < kTamPrompt - 1;
+            if (cabe) texto[n++] = *spec;
+            continue;
         }
+        const char *trozo = CadenaEquivalente(*++spec);
+        if (!trozo) return Generacion::EscapeInvalido;
         size_t largo = strlen(trozo);
         if (largo > kTamPrompt - 1 - n) {
             largo = kTamPrompt - 1 - n;
@@ -58,8 +59,9 @@ const char *UserName() {
 const char *MachineName() {
     static struct utsname sistema;
     if (uname(&sistema) == -1) return "UnknownMachine";
-    char *nombre = sistema.nodename + strspn(sistema.nodename, ".");
-    nombre[strcspn(nombre, ".")] = '\0';
+    char *nombre = sistema.nodename;
+    while (*nombre == '.') nombre++;
+    if (char *punto = strchr(nombre, '.')) *punto = '\0';
     // A node name without text gives no piece to append; the prompt shows what it shows when uname fails.
     return *nombre ? nombre : "UnknownMachine";
 }
