@@ -224,6 +224,7 @@ int EsDirectorio(const char *ruta) {
 }
 
 void IniciarDetalles() {
+    VolcarSalida(); // one of the files may be where it goes
     orden_++;
     tzset();
 }

@@ -142,8 +142,7 @@ const char *SetPrompt(const char *spec) {
 void SetPromptSpec(const char *spec) { snprintf(especificacion_, sizeof especificacion_, "%s", spec); }
 
 void PrintPrompt() {
-    // The pieces may have grown since the text was accepted: the prompt is then cut, and the shell
-    // goes on.
+    // The pieces may have grown since the text was accepted: the prompt is then cut, and the shell goes on.
     char texto[kTamPrompt];
     if (Generar(especificacion_, texto) != Generacion::EscapeInvalido) EscribirTexto(texto);
 }
