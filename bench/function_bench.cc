@@ -47,7 +47,7 @@ void BM_MostrarMemoria(benchmark::State &estado) {
     for (auto _ : estado) MostrarMemoria(bytes.data(), bytes.size());
     estado.SetBytesProcessed(estado.iterations() * estado.range(0));
 }
-BENCHMARK(BM_MostrarMemoria)->Arg(1 << 20);
+BENCHMARK(BM_MostrarMemoria)->Arg(1 << 20)->Unit(benchmark::kMicrosecond);
 
 void BM_LlenarMemoria(benchmark::State &estado) {
     std::vector<char> bytes(1 << 20);
@@ -55,7 +55,7 @@ void BM_LlenarMemoria(benchmark::State &estado) {
     for (auto _ : estado) LlenarMemoria(bytes.data(), bytes.size(), 'x', paso);
     estado.SetBytesProcessed(estado.iterations() * static_cast<int64_t>(bytes.size()) / paso);
 }
-BENCHMARK(BM_LlenarMemoria)->Arg(1)->Arg(2);
+BENCHMARK(BM_LlenarMemoria)->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
 
 void BM_memset(benchmark::State &estado) {
     std::vector<char> bytes(1 << 20);
@@ -65,7 +65,7 @@ void BM_memset(benchmark::State &estado) {
     }
     estado.SetBytesProcessed(estado.iterations() * static_cast<int64_t>(bytes.size()));
 }
-BENCHMARK(BM_memset);
+BENCHMARK(BM_memset)->Unit(benchmark::kMicrosecond);
 
 /// An SF of `num` files of `tam` bytes, built by hand: the disk is not what is measured.
 void LlenarSF(SF *sf, uint32_t num, uint32_t tam, uint64_t total) {
