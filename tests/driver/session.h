@@ -14,7 +14,7 @@ namespace escenario {
 constexpr int kPlazo = 20;
 constexpr bool kSaneado = SHELL_SANITIZED; ///< the program carries the sanitizers
 
-/// Where the program's input comes from and where its output goes.
+/// How the program is started, where its input comes from and where its output goes.
 struct Opciones {
     std::vector<std::string> argumentos = {}; ///< after the program's name
     std::vector<std::string> entorno = {};    ///< NAME=value, added to or replaced in this process's
@@ -23,10 +23,9 @@ struct Opciones {
     std::string programa = SHELL_PROGRAM;
     bool entradaFichero = false;     ///< the script is a regular file, not a pipe
     bool salidaFichero = false;      ///< the output goes to a regular file, not a pipe
-    bool salidaEstrecha = false;     ///< the output is a pipe of one page, so that long writes have to wait
-    bool erroresAparte = false;      ///< standard error is kept apart, not merged in order
+    bool salidaEstrecha = false;     ///< a session's output is a pipe of one page, so that long writes wait
+    bool erroresAparte = false;      ///< a script's standard error is kept apart, not merged in order
     unsigned uid = 0;                ///< run as this user when not 0
-    long maxProcesos = -1;           ///< limit on the user's processes (RLIMIT_NPROC) when not -1
     void (*antesDeExec)() = nullptr; ///< runs in the child just before the program starts
 };
 
@@ -39,61 +38,48 @@ struct Resultado {
 /// Runs the program with `guion` as its whole input, to its end.
 Resultado Ejecutar(const std::string &guion, const Opciones &opciones = {});
 
-/// A running program that receives a line at a time through a pipe. Its prompt is a mark of the driver's.
-class Sesion {
+/// A program that runs while the test looks at it; it is killed with its object.
+class Programa {
   public:
-    explicit Sesion(const Opciones &opciones = {});
-    Sesion(const Sesion &) = delete;
-    Sesion &operator=(const Sesion &) = delete;
-    ~Sesion();
+    Programa(const Programa &) = delete;
+    Programa &operator=(const Programa &) = delete;
+    ~Programa();
 
-    /// Sends a line; returns what was printed up to the next prompt.
-    std::string Linea(const std::string &linea);
     /// Sends bytes as they are.
     void Enviar(const std::string &bytes);
     /// Reads until `texto` has been printed; returns everything up to and including it. The test fails when
     /// the output ends before, unless it may.
     std::string Esperar(const std::string &texto, bool puedeAcabar = false);
-    /// Reads up to the next prompt.
-    std::string EsperarPrompt();
-    /// Waits until the output pipe is full: the program is held up in a write.
-    void EsperarTuberiaLlena();
-    /// What has arrived on standard error (kept apart) since the last call.
-    std::string Errores();
-    /// Closes the input and waits for the end; returns the wait status. `resto`: what was still printed.
-    int Terminar(std::string *resto = nullptr);
-    /// Waits for the end without closing the input.
-    int EsperarFin(std::string *resto = nullptr);
-    pid_t pid() const { return pid_; }
-    const std::string &inicio() const { return inicio_; } ///< printed before the first line
-
-  private:
-    pid_t pid_ = -1;
-    int entrada_ = -1, salida_ = -1, errores_ = -1;
-    std::string leido_, inicio_;
-};
-
-/// A running program on a pseudo-terminal.
-class Terminal {
-  public:
-    explicit Terminal(int columnas = 80, const Opciones &opciones = {});
-    Terminal(const Terminal &) = delete;
-    Terminal &operator=(const Terminal &) = delete;
-    ~Terminal();
-
-    void Enviar(const std::string &teclas);
-    void Redimensionar(int columnas);
-    /// Reads until `texto` has been printed; returns everything up to and including it (without carriage
-    /// returns).
-    std::string Esperar(const std::string &texto);
     /// Waits for the program's end; returns the wait status. `resto`: what was still printed.
     int EsperarFin(std::string *resto = nullptr);
     pid_t pid() const { return pid_; }
 
-  private:
+  protected:
+    Programa() = default;
     pid_t pid_ = -1;
-    int maestro_ = -1;
+    int entrada_ = -1, salida_ = -1;
+
+  private:
     std::string leido_;
+};
+
+/// A program that receives a line at a time through a pipe. Its prompt is a mark of the driver's.
+class Sesion : public Programa {
+  public:
+    explicit Sesion(const Opciones &opciones = {});
+    /// Sends a line; returns what was printed up to the next prompt.
+    std::string Linea(const std::string &linea);
+    /// Reads up to the next prompt.
+    std::string EsperarPrompt();
+    /// Waits until the output pipe is full: the program is held up in a write.
+    void EsperarTuberiaLlena();
+};
+
+/// A program on a pseudo-terminal (one that adds no carriage returns).
+class Terminal : public Programa {
+  public:
+    explicit Terminal(int columnas = 80);
+    void Redimensionar(int columnas);
 };
 
 /// Whether this machine gives out pseudo-terminals. Tests on terminals skip themselves where it does not.

@@ -29,24 +29,24 @@ TEST(Names, EveryCommandHasItsHelpTextAndItsAliases) {
 
 TEST(Names, HelpIsReachedByNameAliasAndOption) {
     Sesion s;
-    EXPECT_EQ(s.Linea("ayuda cd"), "cd [dir]\tCambia (o muestra) el directorio actual del shell\n");
-    EXPECT_EQ(s.Linea("cd -?"), s.Linea("help cd"));
-    EXPECT_EQ(s.Linea("exit -help"), "exit \tTermina la ejecucion del shell\n");
-    EXPECT_EQ(s.Linea("ls -?"), "ls no encontrado\n");
-    EXPECT_EQ(s.Linea("help -lt"), "info files environ memory memlist processes signals memoryFS others \n");
-    EXPECT_EQ(s.Linea("ayuda -lt"),
-              "information ficheros entorno memoria listamemoria procesos senales SFmemoria otros \n");
-    EXPECT_EQ(s.Linea("-lt -help"), s.Linea("help -lt"));
-    EXPECT_EQ(s.Linea("help -debug"), "checkalias \n");
-    EXPECT_EQ(s.Linea("help -T nada"), "\n");
-    EXPECT_EQ(s.Linea("help -T otros nada others"), s.Linea("help -T otros"));
-    EXPECT_EQ(s.Linea("-T -help files"), "\n"); // the help asked of "-T": nothing after it counts
-}
-
-TEST(Names, ThePipedHelpGivesEachNameALine) {
-    Sesion s;
-    EXPECT_EQ(s.Linea("help"), Esperado("help_piped.txt"));
-    EXPECT_EQ(s.Linea("help -all"), Esperado("help_all_piped.txt"));
+    const std::string cd = "cd [dir]\tCambia (o muestra) el directorio actual del shell\n";
+    const std::string temas =
+        "information ficheros entorno memoria listamemoria procesos senales SFmemoria otros \n";
+    const std::pair<const char *, std::string> filas[] = {
+        {"ayuda cd", cd},
+        {"cd -?", cd},
+        {"exit -help", "exit \tTermina la ejecucion del shell\n"},
+        {"ls -?", "ls no encontrado\n"},
+        {"help -lt", "info files environ memory memlist processes signals memoryFS others \n"},
+        {"ayuda -lt", temas},
+        {"help -debug", "checkalias \n"},
+        {"help -T nada", "\n"},
+        {"help -T otros nada others", s.Linea("help -T otros")},
+        {"-T -help files", "\n"}, // the help asked of "-T": nothing after it counts
+        {"help", Esperado("help_piped.txt")},
+        {"help -all", Esperado("help_all_piped.txt")},
+    };
+    for (const auto &[linea, salida] : filas) EXPECT_EQ(s.Linea(linea), salida) << linea;
 }
 
 TEST(Names, TheHelpFitsTheTerminal) {
@@ -68,20 +68,17 @@ TEST(Names, AbbreviationsWorkOnlyWhenEnabledAndUnique) {
     EXPECT_EQ(s.Linea("help hist"), "hist no encontrado\n");
     EXPECT_EQ(s.Linea("abreviaturas on"), "");
     EXPECT_EQ(s.Linea("abbrev x"), "Uso de abreviaturas de comandos esta habilitado\n");
-    for (const char *ambigua : {"exi", "sal", "lis", "limi", "memfs-l"}) {
-        EXPECT_EQ(s.Linea(ambigua), std::string("Abreviatura de comando no unica: ") + ambigua + "\n");
-        EXPECT_EQ(s.Linea(std::string("help ") + ambigua),
-                  std::string("abreviatura no unica: ") + ambigua + "\n");
+    for (const std::string ambigua : {"exi", "sal", "lis", "limi", "memfs-l"}) {
+        EXPECT_EQ(s.Linea(ambigua), "Abreviatura de comando no unica: " + ambigua + "\n");
+        EXPECT_EQ(s.Linea("help " + ambigua), "abreviatura no unica: " + ambigua + "\n");
     }
-    static constexpr struct {
-        const char *corta, *comando;
-    } filas[] = {{"hist", "historic"}, {"ver", "version"}, {"pw", "pwd"},         {"listo", "listopen"},
-                 {"fe", "date"},       {"ls", "lseek"},    {"man", "sighandler"}, {"q", "exit"},
-                 {"era", "delete"},    {"cd", "chdir"},    {"quit", "exit"}};
-    for (const auto &f : filas) {
-        const std::string ayuda = s.Linea(std::string("help ") + f.comando);
-        EXPECT_EQ(s.Linea(std::string("help ") + f.corta), f.corta + ayuda.substr(strlen(f.comando)))
-            << f.corta;
+    static constexpr std::pair<const char *, const char *> filas[] = {
+        {"hist", "historic"}, {"ver", "version"}, {"pw", "pwd"},         {"listo", "listopen"},
+        {"fe", "date"},       {"ls", "lseek"},    {"man", "sighandler"}, {"q", "exit"},
+        {"era", "delete"},    {"cd", "chdir"},    {"quit", "exit"}};
+    for (const auto &[corta, comando] : filas) {
+        const std::string ayuda = s.Linea(std::string("help ") + comando);
+        EXPECT_EQ(s.Linea(std::string("help ") + corta), corta + ayuda.substr(strlen(comando))) << corta;
     }
     EXPECT_EQ(s.Linea("help checkal"), "checkal no encontrado\n");
     EXPECT_EQ(s.Linea("abbrev off"), "");

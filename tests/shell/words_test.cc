@@ -2,37 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace {
-
-TEST(TrocearCadena, SplitsAtBlanksTabsAndNewlinesWithoutQuoting) {
-    static constexpr struct {
-        const char *linea;
-        std::initializer_list<const char *> palabras;
-    } filas[] = {{"", {}},
-                 {" \t \n", {}},
-                 {"   pid\n", {"pid"}},
-                 {"a\t\tb  c\n", {"a", "b", "c"}},
-                 {"open 'a b'", {"open", "'a", "b'"}}};
-    for (const auto &fila : filas) {
-        std::string linea = fila.linea;
-        char *palabras[kMaxPalabras];
-        ASSERT_EQ(TrocearCadena(linea.data(), palabras), static_cast<int>(fila.palabras.size()))
-            << fila.linea;
-        int i = 0;
-        for (const char *palabra : fila.palabras) EXPECT_STREQ(palabras[i++], palabra) << fila.linea;
-        EXPECT_EQ(palabras[i], nullptr) << fila.linea;
-    }
-}
-
-TEST(TrocearCadena, KeepsTheFirst2047Words) {
-    std::string linea;
-    for (int i = 0; i < 2048; i++) linea += "x ";
-    char *palabras[kMaxPalabras];
-    EXPECT_EQ(TrocearCadena(linea.data(), palabras), 2047);
-    EXPECT_EQ(palabras[2047], nullptr);
-}
 
 TEST(UnirPalabras, JoinsWithSingleBlanksAndTellsTheWholeLength) {
     char a[] = "hola", b[] = "mundo";
