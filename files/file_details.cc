@@ -196,7 +196,7 @@ const char *Fecha2(time_t t) {
 }
 
 const char *ConvertirDia(time_t t) {
-    static char dia[1024];
+    static char dia[64];
     struct tm tm = {};
     tzset();
     localtime_r(&t, &tm);
@@ -205,7 +205,7 @@ const char *ConvertirDia(time_t t) {
 }
 
 const char *ConvertirHora(time_t t) {
-    static char hora[1024];
+    static char hora[64];
     struct tm tm = {};
     tzset();
     localtime_r(&t, &tm);
@@ -224,6 +224,7 @@ int EsDirectorio(const char *ruta) {
 }
 
 void IniciarDetalles() {
+    VolcarSalida(); // one of the files may be where it goes
     orden_++;
     tzset();
 }

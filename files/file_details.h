@@ -37,7 +37,8 @@ time_t FechaFichero(const char *ruta);
 int EsDirectorio(const char *ruta);
 
 /// Prepares for the lines of one command: names and time zone are looked up once in a command, and anew in
-/// the next, so that a change shows.
+/// the next, so that a change shows; standard output is written out, so that the size of its file is that of
+/// all the text.
 void IniciarDetalles();
 
 /// The line of file `nombre`, taken from the directory open as `dir` (AT_FDCWD for a name that the user

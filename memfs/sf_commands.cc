@@ -8,8 +8,8 @@
 #include "shell/input.h"
 #include "shell/output.h"
 
-// Each handler that works inside a block synchronises first: the disk file that it reads may be
-// the one that standard output goes to, opening it may take its time, and a block that the system cannot back
+// Each handler that writes or lists inside a block synchronises first: the disk file that it reads may be the
+// one that standard output goes to, opening it may take its time, and a block that the system cannot back
 // with memory ends the shell.
 
 namespace {

@@ -29,7 +29,9 @@ void *MapearDescriptor(int df, size_t tam, int proteccion, const char *fich, int
     if (dir == MAP_FAILED) return nullptr;
     char nombre[1024];
     snprintf(nombre, sizeof nombre, "Mapeo de %s", fich);
-    InsertarNodoMmap(&L, dir, tam, df, fich);
+    // Not in the list it stays mapped, and what keeps it from being released by name is told.
+    if (InsertarNodoMmap(&L, dir, tam, df, fich) == -1)
+        Imprimir("Imposible insertar en lista: %s\n", strerror(errno));
     AddOpenFile(df, nombre, modo, 0);
     return dir;
 }
@@ -50,6 +52,7 @@ void doMalloc(size_t tam) {
         return;
     }
     Imprimir("Asignados %zu bytes en %p\n", tam, dir);
+    SincronizarTrasDanos(); // the node's own memory comes from the same heap
     // A block that does not fit in the list remains the user's: its address has been shown.
     if (InsertarNodoMalloc(&L, dir, tam) == -1)
         Imprimir("Imposible insertar en lista: %s\n", strerror(errno));
@@ -148,8 +151,10 @@ int doDeallocate(void *dir) {
 }
 
 void EliminarListaBloquesMemoria() {
+    void *dir = PrimerElemento(&L);
     void *siguiente = nullptr;
-    for (void *dir = PrimerElemento(&L); dir; dir = siguiente) {
+    // As many steps as blocks: in a list that the user has written over, the next may be the same one again.
+    for (int quedan = L.num; quedan > 0 && dir; quedan--, dir = siguiente) {
         siguiente = SiguienteElemento(&L, dir);
         doDeallocate(dir);
     }

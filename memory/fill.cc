@@ -9,9 +9,9 @@ namespace {
 
 constexpr uintptr_t kTamTramo = 1 << 24; // from here on memset runs as fast as on the whole
 
-/// memset may store the last bytes of its range first, so it gets a page at a time: a fault then finds
-/// everything before it filled, and a count that goes round the end of memory writes nothing below `dir`.
-/// Long ranges go by larger pieces, for speed.
+/// memset may store the last bytes of its range first, so it gets a page at a time, and larger pieces of long
+/// ranges, for speed: a fault then finds the pieces before it filled, and a count that goes round the end of
+/// memory writes nothing below `dir`.
 void LlenarSeguido(unsigned char *dir, unsigned long long cont, unsigned char byte) {
     while (cont > 0) {
         const uintptr_t pieza = cont > kTamTramo ? kTamTramo : kTamPagina;

@@ -22,6 +22,19 @@ void PrepararEscritura() {
     SincronizarCadaLinea();
 }
 
+/// memcpy in pieces so large that its speed is the same: with a count that goes round the end of memory, one
+/// call would work out an end below the beginning, and copy there.
+void CopiarMemoria(char *destino, const char *origen, size_t cont) {
+    constexpr size_t kTamPieza = size_t{1} << 30;
+    while (cont > 0) {
+        const size_t n = cont < kTamPieza ? cont : kTamPieza;
+        memcpy(Opaca(destino), Opaca(origen), n);
+        destino += n;
+        origen += n;
+        cont -= n;
+    }
+}
+
 } // namespace
 
 void Cmd_memdump(char *args[]) {
@@ -62,7 +75,7 @@ void Cmd_memcopy(char *args[]) {
     void *destino = cadtop(args[1]);
     const size_t cont = args[2] ? strtoull(args[2], nullptr, 10) : 128;
     PrepararEscritura();
-    memcpy(Opaca(destino), Opaca(origen), cont);
+    CopiarMemoria(static_cast<char *>(destino), static_cast<const char *>(origen), cont);
     Imprimir("Copiando %zu bytes de %p a %p\n", cont, origen, destino);
 }
 

@@ -33,13 +33,14 @@ int doRedirExec(char *linea[], int df, char marca) {
     for (int i = 0; linea[i]; i++) {
         if (linea[i][0] != marca || linea[i][1] == '\0') continue;
         const char *fichero = linea[i] + 1;
+        // What was said so far belongs where the descriptor leads until now: the opening may give a closed
+        // one.
+        VolcarSalida();
         const int abierto = open(fichero, O_RDWR | O_CREAT, 0777);
         if (abierto == -1) {
             Imprimir("Imposible redireccionar %d a %s: %s\n", df, fichero, strerror(errno));
             continue;
         }
-        // What was said so far belongs where the descriptor has led until now.
-        VolcarSalida();
         // Where `df` was closed the opening itself may have given it, and then it is in its place. dup2 and
         // not close and dup: with a lower descriptor closed, dup would land on that one.
         if (abierto != df) dup2(abierto, df);

@@ -17,9 +17,9 @@ int ComprobarSegundoPlano(char *linea[]);
 int ComprobarPrioridad(char *linea[], int *prioridad);
 
 /// Opens, for reading and writing, the file glued to the first word that begins with `marca`, creates it when
-/// missing, and puts it on descriptor `df`; the descriptor that the opening gave stays open beside it. A file
-/// that cannot be opened is told and the next such word tried. Returns the index of the word, or
-/// kSinRedireccion.
+/// missing, and puts it on descriptor `df`; the descriptor that the opening gave stays open beside it (unless
+/// `df` was closed and the opening gave just that one). A file that cannot be opened is told and the next
+/// such word tried. Returns the index of the word, or kSinRedireccion.
 int doRedirExec(char *linea[], int df, char marca);
 
 /// Does the redirections of a line: "<" for descriptor 0, ">" for 1 and "*" for 2, in this order. Returns the

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstring>
 
 #include "processes/child.h"
@@ -49,15 +50,17 @@ void PipeDeLinea(char *linea[], int segundoPlano) {
 } // namespace
 
 int HacerPipe(char *primero[], char *segundo[], int segundoPlano) {
-    SincronizarES(); // with descriptor 1 closed the pipe may take its place: nothing may be waiting to go
-                     // there
+    // With descriptor 1 closed the pipe may take its place: nothing may be waiting to go there.
+    SincronizarES();
     int extremos[2];
     if (pipe(extremos) == -1) return -1;
     const pid_t escritor = LanzarExtremo(primero, extremos, STDOUT_FILENO);
     const pid_t lector = escritor == -1 ? -1 : LanzarExtremo(segundo, extremos, STDIN_FILENO);
-    if (lector == -1) InformarError("Imposible crear proceso");
+    const int motivo = errno;
     close(extremos[0]);
     close(extremos[1]);
+    errno = motivo;
+    if (lector == -1) InformarError("Imposible crear proceso");
     if (escritor != -1 && segundoPlano) MeterProceso(&LP, escritor, getuid(), primero);
     if (lector != -1 && segundoPlano) MeterProceso(&LP, lector, getuid(), segundo);
     if (escritor != -1 && !segundoPlano) EsperarHijo(escritor, nullptr);

@@ -16,6 +16,26 @@
 
 ListaProcesos LP;
 
+namespace {
+
+void ImprimirLinea(const RegistroProceso *registro, const char *usuario, const char *cuando) {
+    const int prioridad = getpriority(PRIO_PROCESS, static_cast<id_t>(registro->pid));
+    Imprimir("%6d %s p=%d %s %s (%s) %s\n", registro->pid, usuario, prioridad, cuando,
+             nombreEstado(registro->estado),
+             registro->estado == SENALADO ? NombreSenal(registro->valor) : valorEstado(registro->valor),
+             registro->linea ? registro->linea : "NULL");
+}
+
+/// Whether the system has news of some child; they stay there for waitpid.
+bool HayNoticias() {
+    siginfo_t info;
+    info.si_pid = 0;
+    return waitid(P_ALL, 0, &info, WEXITED | WSTOPPED | WCONTINUED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid != 0;
+}
+
+} // namespace
+
 void CrearListaProcesos(ListaProcesos *lista) { lista->num = 0; }
 
 char *crearLineaComando(char *const palabras[]) {
@@ -65,6 +85,7 @@ void actualizarProceso(RegistroProceso *registro) {
 }
 
 void ActualizarListaProcesos(ListaProcesos *lista) {
+    if (!HayNoticias()) return; // mostly: one question in place of one for each record
     for (int i = 0; i < lista->num; i++) actualizarProceso(&lista->registros[i]);
 }
 
@@ -131,16 +152,22 @@ const char *fecha(time_t t) {
 }
 
 void imprimirProceso(const RegistroProceso *registro) {
-    const int prioridad = getpriority(PRIO_PROCESS, static_cast<id_t>(registro->pid));
-    Imprimir("%6d %s p=%d %s %s (%s) %s\n", registro->pid, nombreUsuario(registro->uid), prioridad,
-             fecha(registro->lanzamiento), nombreEstado(registro->estado),
-             registro->estado == SENALADO ? NombreSenal(registro->valor) : valorEstado(registro->valor),
-             registro->linea ? registro->linea : "NULL");
+    ImprimirLinea(registro, nombreUsuario(registro->uid), fecha(registro->lanzamiento));
 }
 
 void ImprimirListaProcesos(const ListaProcesos *lista, int mascara) {
-    for (int i = 0; i < lista->num; i++)
-        if (estadoProceso(&lista->registros[i]) & mascara) imprimirProceso(&lista->registros[i]);
+    const RegistroProceso *anterior = nullptr;
+    const char *usuario = nullptr, *cuando = nullptr;
+    for (int i = 0; i < lista->num; i++) {
+        const RegistroProceso *registro = &lista->registros[i];
+        if (!(estadoProceso(registro) & mascara)) continue;
+        // Neighbours mostly share them: the user database and the time zone are not read for each line.
+        if (!anterior || registro->uid != anterior->uid) usuario = nombreUsuario(registro->uid);
+        if (!anterior || registro->lanzamiento != anterior->lanzamiento)
+            cuando = fecha(registro->lanzamiento);
+        ImprimirLinea(registro, usuario, cuando);
+        anterior = registro;
+    }
 }
 
 int MostrarProcesoPid(ListaProcesos *lista, pid_t pid) {

@@ -1,5 +1,6 @@
 #include "shell/command_names.h"
 
+#include <array>
 #include <cstring>
 
 #include "shell/output.h"
@@ -168,6 +169,21 @@ static_assert(FilasConNombre() == kNumAliases, "a pair of AliasTable is missing"
 
 int abreviaturas_;
 
+/// One byte that stands for a word.
+constexpr unsigned char Huella(const char *palabra) {
+    unsigned huella = 0;
+    for (; *palabra; palabra++) huella = huella * 31 + static_cast<unsigned char>(*palabra);
+    return static_cast<unsigned char>(huella ^ huella >> 8);
+}
+
+/// Those of the aliases in the order of the table, formed by the compiler: for each line that is typed memchr
+/// finds at once the one alias or two, of 149, that its first word is to be compared with.
+constexpr auto huellas_ = [] {
+    std::array<unsigned char, kNumAliases> huellas = {};
+    for (int i = 0; i < kNumAliases; i++) huellas[i] = Huella(AliasTable[i].alias);
+    return huellas;
+}();
+
 /// strcmp for the table scans: most rows differ in the first character.
 bool Iguales(const char *a, const char *b) { return *a == *b && strcmp(a, b) == 0; }
 
@@ -184,8 +200,14 @@ int IsInternalCommand(const char *nombre) {
 }
 
 const char *RealCommandNoAbrev(const char *palabra) {
-    for (const AliasEntry *fila = AliasTable; fila->comando; fila++)
-        if (Iguales(fila->alias, palabra)) return fila->comando;
+    const unsigned char huella = Huella(palabra);
+    const unsigned char *fin = huellas_.data() + huellas_.size();
+    const unsigned char *pos = huellas_.data();
+    while ((pos = static_cast<const unsigned char *>(memchr(pos, huella, static_cast<size_t>(fin - pos))))) {
+        const AliasEntry &fila = AliasTable[pos - huellas_.data()];
+        if (strcmp(fila.alias, palabra) == 0) return fila.comando;
+        pos++;
+    }
     return palabra;
 }
 

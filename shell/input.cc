@@ -19,32 +19,47 @@ constexpr size_t kTamPendiente = 4096;
 /// ahead while its lines were not being edited arrives in one piece.
 enum class Fuente { Desconocida, Fichero, Otra };
 
+// The small ones stand together, in one page of memory.
 Fuente fuente_;
-char bloque_[kTamBloque]; // read and not yet used: [pos_, fin_)
-size_t pos_, fin_;
+size_t pos_, fin_;    // the part of bloque_ that has been read and not yet used
+off_t lugar_;         // of a file: the offset of the byte after the block
+size_t numPendiente_; // the bytes in pendiente_
+bool cadaLinea_;      // every line starts synchronised
+char bloque_[kTamBloque];
 char pendiente_[kTamPendiente]; // the line being put together; survives an interrupted read
-size_t numPendiente_;
-bool cadaLinea_; // every line starts synchronised
 
 Fuente ClaseDeEntrada() {
     struct stat st;
-    return fstat(STDIN_FILENO, &st) == 0 && S_ISREG(st.st_mode) && lseek(STDIN_FILENO, 0, SEEK_CUR) != -1
-               ? Fuente::Fichero
-               : Fuente::Otra;
+    if (fstat(STDIN_FILENO, &st) == -1 || !S_ISREG(st.st_mode)) return Fuente::Otra;
+    lugar_ = lseek(STDIN_FILENO, 0, SEEK_CUR);
+    return lugar_ == -1 ? Fuente::Otra : Fuente::Fichero;
 }
 
-/// Reads more input into the empty block. Returns what read() returned.
-ssize_t LeerBloque() {
-    if (fuente_ == Fuente::Desconocida) fuente_ = ClaseDeEntrada();
-    if (fuente_ != Fuente::Fichero) VolcarSalida(); // this read may wait; the prompt must be seen
+/// Reads a block ahead, at the shell's own place: a program in the background may be moving the offset
+/// meanwhile.
+ssize_t LeerDeFichero() {
+    const ssize_t n = pread(STDIN_FILENO, bloque_, kTamBloque, lugar_);
+    if (n > 0) lugar_ += n;
+    return n;
+}
+
+/// Reads a byte where nothing can be given back. This read may wait; the prompt must be seen.
+ssize_t LeerDeOtra() {
+    VolcarSalida();
     for (;;) {
-        const ssize_t n = read(STDIN_FILENO, bloque_, fuente_ == Fuente::Fichero ? kTamBloque : 1);
+        const ssize_t n = read(STDIN_FILENO, bloque_, 1);
         if (n != -1 || errno != EAGAIN) return n;
         // A descriptor that somebody left non-blocking: reading has to wait, and only a read that waits is
         // restarted after a signal.
         const int modo = fcntl(STDIN_FILENO, F_GETFL);
         if (modo == -1 || fcntl(STDIN_FILENO, F_SETFL, modo & ~O_NONBLOCK) == -1) return -1;
     }
+}
+
+/// Reads more input into the empty block. Returns what read() returned.
+ssize_t LeerBloque() {
+    if (fuente_ == Fuente::Desconocida) fuente_ = ClaseDeEntrada();
+    return fuente_ == Fuente::Fichero ? LeerDeFichero() : LeerDeOtra();
 }
 
 Lectura Entregar(char *linea) {
@@ -92,8 +107,8 @@ void SincronizarTrasDanos() {
 void SincronizarES() {
     const int motivo = errno;
     VolcarSalida();
-    if (fuente_ == Fuente::Fichero && pos_ < fin_) {
-        lseek(STDIN_FILENO, -static_cast<off_t>(fin_ - pos_), SEEK_CUR);
+    if (fuente_ == Fuente::Fichero) {
+        lseek(STDIN_FILENO, lugar_ - static_cast<off_t>(fin_ - pos_), SEEK_SET);
         pos_ = fin_ = 0;
     }
     fuente_ = Fuente::Desconocida;

@@ -29,5 +29,6 @@ void SincronizarTrasDanos();
 /// Puts the descriptors in the state that the user sees: writes out standard output and sets the offset of
 /// standard input to the byte after the last line read. To be called before a child is made, before a program
 /// replaces the shell, before a command touches or shows a descriptor, before a fault can end the shell, and
-/// at the end. Keeps `errno`.
+/// at the end. A program in the background that reads the same file moves the same offset: the shell keeps
+/// its own place, and such a program may see lines that the shell runs too. Keeps `errno`.
 void SincronizarES();

@@ -32,7 +32,7 @@ bool SeguirTrasFallo(Lectura resultado) {
 }
 
 void GuardarEnHistorico(char *linea) {
-    linea[strcspn(linea, "\n")] = '\0';
+    if (char *salto = strchr(linea, '\n')) *salto = '\0';
     errno = 0;
     if (HistoricAdd(linea) == -1 && errno != 0) Imprimir("Comando no almacenado: %s\n", strerror(errno));
 }
@@ -57,8 +57,6 @@ void BuclePrincipal() {
 } // namespace
 
 int main(int argc, char *argv[], char *env[]) {
-    char version[] = "version";
-    palabras_[0] = version;
     if (CheckForSystemd()) AvisoPorSystemd();
     main3arg = env;
     addrmain3arg = &env;
@@ -73,7 +71,9 @@ int main(int argc, char *argv[], char *env[]) {
         EscribirTexto(programa); // of any length
         EscribirTexto(" -p para importar el path\n\n");
     }
-    Cmd_version(palabras_ + 1);
+    char version[] = "version";
+    char *orden[] = {version, nullptr};
+    Cmd_version(orden + 1);
     if (setjmp(EstadoGuardado) != 0) {
         SoltarRetenidas();
         EscribirTexto("Shell restaurado a su estado al pricipio de main\n");

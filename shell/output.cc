@@ -31,15 +31,29 @@ bool rechazada_;                   // descriptor 1 refused the last write
 
 void Publicar(Tramo t) { tramo_.store(t, std::memory_order_release); }
 
+/// Those of retenidas_ that a handler would take now: a default action is not put off.
+sigset_t RetenidasConManejador() {
+    sigset_t conManejador = retenidas_;
+    struct sigaction accion;
+    for (int sig = 1; sig < NSIG; sig++)
+        if (sigismember(&retenidas_, sig) == 1 && sigaction(sig, nullptr, &accion) == 0 &&
+            (accion.sa_handler == SIG_DFL || accion.sa_handler == SIG_IGN))
+            sigdelset(&conManejador, sig);
+    return conManejador;
+}
+
 /// EscribirTodo to descriptor 1 with the printing signals held off.
 int EscribirReteniendo(const void *bytes, size_t n) {
     if (!hayRetenidas_ || reteniendo_) return EscribirTodo(STDOUT_FILENO, bytes, n);
-    sigprocmask(SIG_BLOCK, &retenidas_, &mascaraPrevia_);
+    const sigset_t retener = RetenidasConManejador();
+    // The flag is set before anything is held and cleared after: whoever jumps in between finds it set.
+    sigprocmask(SIG_BLOCK, nullptr, &mascaraPrevia_);
     reteniendo_ = 1;
+    sigprocmask(SIG_BLOCK, &retener, nullptr);
     const int resultado = EscribirTodo(STDOUT_FILENO, bytes, n);
     const int motivo = errno;
-    reteniendo_ = 0;
     sigprocmask(SIG_SETMASK, &mascaraPrevia_, nullptr);
+    reteniendo_ = 0;
     errno = motivo;
     return resultado;
 }
@@ -161,7 +175,7 @@ void InformarError(const char *texto) {
     errno = motivo;
 }
 
-void RetenerAlVolcar(int sig) {
+void RetenerAlVolcar(int sig, bool imprime) {
     switch (sig) {
     case SIGSEGV:
     case SIGBUS:
@@ -169,9 +183,13 @@ void RetenerAlVolcar(int sig) {
     case SIGILL: return;
     default: break;
     }
-    if (!hayRetenidas_) sigemptyset(&retenidas_);
-    sigaddset(&retenidas_, sig);
-    hayRetenidas_ = true;
+    if (imprime) {
+        if (!hayRetenidas_) sigemptyset(&retenidas_);
+        sigaddset(&retenidas_, sig);
+        hayRetenidas_ = true;
+    } else if (hayRetenidas_) {
+        sigdelset(&retenidas_, sig);
+    }
 }
 
 void SoltarRetenidas() {

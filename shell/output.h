@@ -48,9 +48,10 @@ int EscribirTodo(int df, const void *bytes, size_t n);
 /// are out. Async-signal-safe. Returns as EscribirTodo.
 int EscribirDesdeManejador(const void *bytes, size_t n);
 
-/// From now on signal `sig` is held off while standard output is being written, so that a handler that writes
-/// to descriptor 1 cannot cut a line in two. For signals whose handler prints; the faults are never held off.
-void RetenerAlVolcar(int sig);
+/// From now on signal `sig` is held off while standard output is being written, when its handler prints
+/// (`imprime`), so that it cannot cut a line in two; no more when it does not. The faults are never held off,
+/// nor is a signal that has no handler at that moment.
+void RetenerAlVolcar(int sig, bool imprime);
 
 /// To be called where a recovery jump lands: lets the signals go that a write cut off by the jump was
 /// holding.

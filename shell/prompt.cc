@@ -17,6 +17,9 @@ namespace {
 
 constexpr size_t kTamPrompt = 1024;
 
+char resuelto_[PATH_MAX];   // what realpath may fill
+char directorio_[PATH_MAX]; // in which DirectoryLast finds its component, of whatever depth the system can
+                            // tell
 char especificacion_[kTamPrompt] = "%o@%m{%B}%b%%)%b";
 
 enum class Generacion { Bien, EscapeInvalido, NoCabe };
@@ -27,12 +30,13 @@ Generacion Generar(const char *spec, char *texto) {
     size_t n = 0;
     bool cabe = true;
     for (; *spec; spec++) {
-        char caracter[2] = {*spec, '\0'};
-        const char *trozo = caracter;
-        if (*spec == '%') {
-            trozo = CadenaEquivalente(*++spec);
-            if (!trozo) return Generacion::EscapeInvalido;
+        if (*spec != '%') {
+            cabe = cabe && n < kTamPrompt - 1;
+            if (cabe) texto[n++] = *spec;
+            continue;
         }
+        const char *trozo = CadenaEquivalente(*++spec);
+        if (!trozo) return Generacion::EscapeInvalido;
         size_t largo = strlen(trozo);
         if (largo > kTamPrompt - 1 - n) {
             largo = kTamPrompt - 1 - n;
@@ -55,8 +59,9 @@ const char *UserName() {
 const char *MachineName() {
     static struct utsname sistema;
     if (uname(&sistema) == -1) return "UnknownMachine";
-    char *nombre = sistema.nodename + strspn(sistema.nodename, ".");
-    nombre[strcspn(nombre, ".")] = '\0';
+    char *nombre = sistema.nodename;
+    while (*nombre == '.') nombre++;
+    if (char *punto = strchr(nombre, '.')) *punto = '\0';
     // A node name without text gives no piece to append; the prompt shows what it shows when uname fails.
     return *nombre ? nombre : "UnknownMachine";
 }
@@ -79,11 +84,10 @@ namespace {
 
 /// Directory in a buffer that the caller may change.
 char *DirectorioResuelto() {
-    static char resuelto[PATH_MAX]; // what realpath may fill
     static char desconocido[sizeof "UnknownDir"];
     char dir[PATH_MAX];
     // A directory that can be named but no longer resolved is as unknown as one that cannot be named.
-    if (getcwd(dir, sizeof dir) && realpath(dir, resuelto)) return resuelto;
+    if (getcwd(dir, sizeof dir) && realpath(dir, resuelto_)) return resuelto_;
     return strcpy(desconocido, "UnknownDir");
 }
 
@@ -92,9 +96,8 @@ char *DirectorioResuelto() {
 const char *Directory() { return DirectorioResuelto(); }
 
 const char *DirectoryLast() {
-    static char dir[PATH_MAX]; // the name of a deep directory is shown as long as the system can tell it
-    if (!getcwd(dir, sizeof dir)) return "UnknownDir";
-    return basename(dir);
+    if (!getcwd(directorio_, sizeof directorio_)) return "UnknownDir";
+    return basename(directorio_);
 }
 
 const char *DirectoryContracted() {
@@ -139,8 +142,7 @@ const char *SetPrompt(const char *spec) {
 void SetPromptSpec(const char *spec) { snprintf(especificacion_, sizeof especificacion_, "%s", spec); }
 
 void PrintPrompt() {
-    // The pieces may have grown since the text was accepted: the prompt is then cut, and the shell
-    // goes on.
+    // The pieces may have grown since the text was accepted: the prompt is then cut, and the shell goes on.
     char texto[kTamPrompt];
     if (Generar(especificacion_, texto) != Generacion::EscapeInvalido) EscribirTexto(texto);
 }

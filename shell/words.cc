@@ -5,18 +5,22 @@
 #include "shell/output.h"
 
 int TrocearCadena(char *linea, char *palabras[]) {
-    static constexpr char separadores[] = " \n\t";
     int n = 0;
-    char *resto = nullptr;
-    for (char *palabra = strtok_r(linea, separadores, &resto); palabra;
-         palabra = strtok_r(nullptr, separadores, &resto)) {
-        if (n == kMaxPalabras - 1) {
-            // The line still runs: its first words are what the user meant, and the user is told what was
-            // lost.
-            Imprimir("Linea con mas de %d palabras: se ignoran las demas\n", kMaxPalabras - 1);
-            break;
+    bool enPalabra = false;
+    for (char *p = linea; *p; p++) {
+        if (*p == ' ' || *p == '\n' || *p == '\t') {
+            *p = '\0';
+            enPalabra = false;
+        } else if (!enPalabra) {
+            if (n == kMaxPalabras - 1) {
+                // The line still runs: its first words are what the user meant, and the user is told what was
+                // lost.
+                Imprimir("Linea con mas de %d palabras: se ignoran las demas\n", kMaxPalabras - 1);
+                break;
+            }
+            palabras[n++] = p;
+            enPalabra = true;
         }
-        palabras[n++] = palabra;
     }
     palabras[n] = nullptr;
     return n;

@@ -8,7 +8,6 @@
 extern volatile std::sig_atomic_t maxreenvios;
 
 /// The handler that the user installs: counts its run and, as the signal's settings say, shows itself, sends
-/// the signal again and sleeps (not
-/// for a negative number of seconds, which sleep() would take for a century). Safe at any instant of the main
-/// flow; keeps `errno`.
+/// the signal again and sleeps (not for a negative number of seconds, which sleep() would take for a
+/// century). Safe at any instant of the main flow; keeps `errno`.
 void handler(int senal);

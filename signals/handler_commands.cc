@@ -52,7 +52,7 @@ void InstalarContador(int senal, const Instalacion &i) {
     v[senal] = i.mostrar;
     r[senal] = i.reenviar;
     delay[senal] = i.dormir;
-    if (i.mostrar) RetenerAlVolcar(senal);
+    RetenerAlVolcar(senal, i.mostrar != 0);
     InstalarManejadorSenal(senal, handler, i.flags, &i.mascara);
 }
 

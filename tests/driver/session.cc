@@ -9,6 +9,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -297,10 +298,12 @@ std::string LeerFichero(const std::string &ruta) {
 }
 
 std::string Direccion(const std::string &texto, int n) {
-    size_t pos = texto.find("0x");
-    while (pos != std::string::npos && n-- > 0) pos = texto.find("0x", pos + 2);
-    if (pos == std::string::npos) return "";
-    return texto.substr(pos, texto.find_first_not_of("0123456789abcdef", pos + 2) - pos);
+    for (size_t pos = 0; (pos = texto.find("0x", pos)) != std::string::npos; pos += 2) {
+        if (pos > 0 && isalnum(texto[pos - 1])) continue; // in the middle of a file's name
+        const size_t fin = texto.find_first_not_of("0123456789abcdef", pos + 2);
+        if (n-- == 0) return texto.substr(pos, fin == std::string::npos ? fin : fin - pos);
+    }
+    return "";
 }
 
 int ClaveUnica() {

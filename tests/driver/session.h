@@ -16,9 +16,9 @@ constexpr bool kSaneado = SHELL_SANITIZED; ///< the program carries the sanitize
 
 /// How the program is started, where its input comes from and where its output goes.
 struct Opciones {
-    std::vector<std::string> argumentos; ///< after the program's name
-    std::vector<std::string> entorno; ///< NAME=value, added to (or replacing in) this process's environment
-    std::string directorio;           ///< current directory of the program; empty: this process's
+    std::vector<std::string> argumentos = {}; ///< after the program's name
+    std::vector<std::string> entorno = {};    ///< NAME=value, added to or replaced in this process's
+    std::string directorio = {};              ///< current directory of the program; empty: this process's
     std::string preload = NO_SYSTEMD_SHIM;
     std::string programa = SHELL_PROGRAM;
     bool entradaFichero = false;     ///< the script is a regular file, not a pipe

