@@ -25,7 +25,7 @@ static_assert(std::atomic<Tramo>::is_always_lock_free, "a handler must find both
 
 sigset_t retenidas_;               // the signals held off while writing
 volatile bool hayRetenidas_;       // until one is named, a write costs no other system call
-sigset_t mascaraPrevia_;           // the mask to put back after a write
+sigset_t mascaraPrevia_;           // the mask before a write that is under way
 volatile sig_atomic_t reteniendo_; // a write is under way with signals held off
 bool rechazada_;                   // descriptor 1 refused the last write
 
@@ -46,13 +46,16 @@ sigset_t RetenidasConManejador() {
 int EscribirReteniendo(const void *bytes, size_t n) {
     if (!hayRetenidas_ || reteniendo_) return EscribirTodo(STDOUT_FILENO, bytes, n);
     const sigset_t retener = RetenidasConManejador();
-    // The flag is set before anything is held and cleared after: whoever jumps in between finds it set.
-    sigprocmask(SIG_BLOCK, nullptr, &mascaraPrevia_);
+    // The mask is asked for into a variable of this call: a handler that runs before the flag is set writes
+    // too. From the flag on none does, and a recovery jump finds what to put back.
+    sigset_t previa;
+    sigprocmask(SIG_BLOCK, nullptr, &previa);
     reteniendo_ = 1;
+    mascaraPrevia_ = previa;
     sigprocmask(SIG_BLOCK, &retener, nullptr);
     const int resultado = EscribirTodo(STDOUT_FILENO, bytes, n);
     const int motivo = errno;
-    sigprocmask(SIG_SETMASK, &mascaraPrevia_, nullptr);
+    sigprocmask(SIG_SETMASK, &previa, nullptr);
     reteniendo_ = 0;
     errno = motivo;
     return resultado;

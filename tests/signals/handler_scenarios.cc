@@ -147,6 +147,7 @@ TEST(Handler, AStormOfSignalsLosesAndMixesNoLine) {
     }
     esperado += "  USR1=" + std::to_string(avisos[0]) + "\n  USR2=" + std::to_string(avisos[1]) + "\n";
     EXPECT_TRUE(listado == esperado) << avisos[0] << " " << avisos[1] << cuenta;
+    EXPECT_EQ(s.Linea("sigmask"), "  SENALES ENMASCARADAS: \n"); // what was held off has been let go
 }
 
 TEST(Handler, ANoticeThatCannotBeWrittenIsTheLast) {
