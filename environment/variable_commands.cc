@@ -7,6 +7,7 @@
 #include "environment/commands.h"
 #include "environment/variables.h"
 #include "environment/wrong_changes.h"
+#include "shell/input.h"
 #include "shell/output.h"
 #include "shell/shell.h"
 
@@ -14,6 +15,7 @@ namespace {
 
 /// Prints the variable's entry in an array, behind `via`; nothing when it has none.
 void MostrarEntrada(const char *via, const char *nombre, char *const entorno[]) {
+    SincronizarTrasDanos(); // any slot on the way may have been written over
     const int pos = BuscarVariable(nombre, entorno);
     if (pos == -1) return;
     Imprimir("%s ", via);
