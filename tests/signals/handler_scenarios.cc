@@ -193,7 +193,9 @@ TEST(Handler, DispositionsAndMasksGivenToTheShellStayAndAreInherited) {
     Sesion s(o);
     s.Linea("sighandler -show USR1"); // held off while output is written, and only then
     EXPECT_EQ(s.Linea("sigmask"), "  SENALES ENMASCARADAS: WINCH \n");
-    s.Enviar(std::string("fg ") + SHELL_PROGRAM + "\n"); // nested: reads its input until `exit`
+    // Nested, with an environment of these two variables: reads its input until `exit`.
+    s.Enviar(std::string("fg LD_PRELOAD=") + NO_SYSTEMD_SHIM + " ASAN_OPTIONS=verify_asan_link_order=0 " +
+             SHELL_PROGRAM + "\n");
     s.Enviar("ppid\nsigignore\nsigmask\nexit\n");
     s.Esperar("Pid del padre del shell: " + std::to_string(s.pid()) + "\n");
     s.Esperar("  SENALES SIGNORADAS: USR2 \n");
