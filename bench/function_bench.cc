@@ -12,7 +12,7 @@
 #include "memory/dump.h"
 #include "memory/fill.h"
 #include "shell/command_names.h"
-#include "shell/element_list.h"
+#include "shell/historic.h"
 
 // Single functions: those that run once for each line, row, byte or file. Standard output goes nowhere; the
 // times are written to the file named with --benchmark_out.

@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/output.h"
 #include "environment/commands.h"
 #include "environment/credentials.h"
 #include "files/file_details.h"
-#include "shell/output.h"
 
 namespace {
 

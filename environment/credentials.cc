@@ -3,7 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include "shell/failure.h"
+#include "base/failure.h"
 
 uid_t UidUsuario(const char *login) {
     const struct passwd *usuario = getpwnam(login);

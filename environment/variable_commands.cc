@@ -4,12 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/input.h"
+#include "base/output.h"
 #include "environment/commands.h"
 #include "environment/variables.h"
 #include "environment/wrong_changes.h"
-#include "shell/input.h"
-#include "shell/output.h"
-#include "shell/shell.h"
 
 namespace {
 

@@ -4,12 +4,17 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/element_list.h"
-#include "shell/failure.h"
-#include "shell/input.h"
-#include "shell/output.h"
+#include "base/element_list.h"
+#include "base/failure.h"
+#include "base/input.h"
+#include "base/output.h"
+
+char **main3arg;
+char ***addrmain3arg;
 
 namespace {
+
+ListaElementos entorno_; // the strings placed, to be released at exit
 
 bool CabeNombre(const char *nombre) { return strnlen(nombre, kTamVariable) <= kTamVariable - 2; }
 
@@ -25,7 +30,7 @@ char *NuevaVariable(const char *nombre, const char *valor) {
     memcpy(texto + n + 1, valor, m + 1);
     // A string that exit could not release is not placed: search refuses a directory too many in the same
     // way.
-    if (EntornoAdd(texto) == -1) {
+    if (AniadirElementoYaAsignado(&entorno_, texto) == -1) {
         free(texto);
         errno = ENOSPC;
         return nullptr;
@@ -80,3 +85,5 @@ void MostrarEntorno(char *const entorno[], const char *etiqueta) {
         EscribirTexto("\n");
     }
 }
+
+void EntornoClear() { BorrarLista(&entorno_); }

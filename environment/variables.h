@@ -1,8 +1,11 @@
 #pragma once
 
 // The variables of an environment array: null-terminated, each entry NAME=value. The shell has up to two of
-// them, main3arg (shell/shell.h) and environ. Strings placed here come from the heap and are released at
+// them, main3arg and environ. Strings placed here come from the heap and are released at
 // exit; the ones that they replace are not.
+
+extern char **main3arg;      ///< main's third argument: the environment array that the process started with
+extern char ***addrmain3arg; ///< where main holds it
 
 constexpr int kTamVariable = 512; ///< bytes for a name, "=" and the closing null: a name has at most 510
 
@@ -23,3 +26,6 @@ int SustituirVariable(const char *nombre1, const char *nombre2, const char *valo
 
 /// Prints every entry with its address and that of its slot, each behind `etiqueta` and its index.
 void MostrarEntorno(char *const entorno[], const char *etiqueta);
+
+/// Releases the strings that have been placed; the entries that hold them are left as they are.
+void EntornoClear();

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/failure.h"
 #include "environment/variables.h"
-#include "shell/failure.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/descriptor.h"
+#include "base/output.h"
 #include "files/commands.h"
-#include "files/descriptor.h"
 #include "files/file_details.h"
-#include "shell/output.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 
 #include <cstring>
 
-#include "files/descriptor.h"
+#include "base/descriptor.h"
+#include "base/failure.h"
+#include "base/words.h"
 #include "files/directory.h"
-#include "shell/failure.h"
-#include "shell/words.h"
 
 namespace {
 

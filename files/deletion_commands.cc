@@ -2,10 +2,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/output.h"
 #include "files/commands.h"
 #include "files/deletion.h"
 #include "files/file_details.h"
-#include "shell/output.h"
 
 namespace {
 

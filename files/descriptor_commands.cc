@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/input.h"
+#include "base/output.h"
 #include "files/commands.h"
 #include "files/open_file_table.h"
-#include "shell/input.h"
-#include "shell/output.h"
 
 // The commands that make, close and show descriptors.
 

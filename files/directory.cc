@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "files/descriptor.h"
+#include "base/descriptor.h"
 
 DIR *AbrirDirectorioEn(int df, const char *nombre) {
     Descriptor nuevo(openat(df, nombre, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));

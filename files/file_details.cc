@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/output.h"
+#include "base/output.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/output.h"
 #include "files/commands.h"
-#include "shell/output.h"
 
 namespace {
 

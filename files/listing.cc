@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/output.h"
 #include "files/directory.h"
 #include "files/file_details.h"
-#include "shell/output.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/output.h"
 #include "files/commands.h"
 #include "files/file_details.h"
 #include "files/listing.h"
-#include "shell/output.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/failure.h"
-#include "shell/output.h"
+#include "base/failure.h"
+#include "base/output.h"
 
 FicheroAbierto OpenFilesList[kMaxDescriptores];
 

@@ -8,10 +8,10 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "files/descriptor.h"
+#include "base/descriptor.h"
+#include "base/failure.h"
+#include "base/output.h"
 #include "files/open_file_table.h"
-#include "shell/failure.h"
-#include "shell/output.h"
 
 namespace {
 

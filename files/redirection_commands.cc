@@ -3,10 +3,10 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/input.h"
+#include "base/output.h"
 #include "files/commands.h"
 #include "files/redirection.h"
-#include "shell/input.h"
-#include "shell/output.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/address.h"
+#include "base/input.h"
+#include "base/output.h"
+#include "base/words.h"
 #include "files/commands.h"
-#include "memory/address.h"
-#include "shell/input.h"
-#include "shell/output.h"
-#include "shell/words.h"
 
 // The commands that move an offset, or bytes between a descriptor and memory or the screen: one system call
 // each. A typed address goes to the kernel as it is: one that is no good is refused with EFAULT.

@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "shell/failure.h"
+#include "base/failure.h"
 
 namespace {
 

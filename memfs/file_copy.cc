@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/failure.h"
 #include "memfs/disk_transfer.h"
 #include "memfs/file_system.h"
-#include "shell/failure.h"
 
 namespace {
 

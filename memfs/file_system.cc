@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "shell/failure.h"
-#include "shell/output.h"
+#include "base/failure.h"
+#include "base/output.h"
 
 namespace {
 

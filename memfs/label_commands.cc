@@ -2,10 +2,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/output.h"
 #include "memfs/commands.h"
 #include "memfs/label_list.h"
 #include "memfs/sf_identifier.h"
-#include "shell/output.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "shell/failure.h"
+#include "base/failure.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #include <cstring>
 
+#include "base/input.h"
+#include "base/output.h"
 #include "memfs/commands.h"
 #include "memfs/file_copy.h"
 #include "memfs/file_system.h"
 #include "memfs/sf_identifier.h"
 #include "memory/block_list.h"
-#include "shell/input.h"
-#include "shell/output.h"
 
 // Each handler that writes or lists inside a block synchronises first: the disk file that it reads may be the
 // one that standard output goes to, opening it may take its time, and a block that the system cannot back

@@ -2,11 +2,11 @@
 
 #include <cstring>
 
-#include "files/descriptor.h"
+#include "base/descriptor.h"
+#include "base/output.h"
 #include "memfs/commands.h"
 #include "memfs/file_system.h"
 #include "memory/block_list.h"
-#include "shell/output.h"
 
 namespace {
 

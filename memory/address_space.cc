@@ -1,3 +1,5 @@
+#include "memory/address_space.h"
+
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -5,12 +7,13 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/output.h"
+#include "base/words.h"
 #include "memory/block_list.h"
 #include "memory/commands.h"
-#include "processes/child.h"
-#include "shell/output.h"
-#include "shell/shell.h"
-#include "shell/words.h"
+#include "signals/child.h"
+
+void (*funcionDeLinea)(char *palabras[]);
 
 /// The entry point, which the language does not let a program name.
 extern "C" int Principal() __asm__("main");
@@ -48,7 +51,7 @@ template<class F> void *Direccion(F *funcion) { return reinterpret_cast<void *>(
 
 void Do_showfuncs() {
     Imprimir("Funciones programa  %18p,%18p,%18p\n", Direccion(Principal), Direccion(TrocearCadena),
-             Direccion(ProcesarEntrada));
+             Direccion(funcionDeLinea));
     Imprimir("Funciones libreria  %18p,%18p,%18p\n", Direccion(printf), Direccion(fgets), Direccion(malloc));
 }
 

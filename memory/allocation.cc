@@ -12,10 +12,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/input.h"
+#include "base/output.h"
 #include "files/open_file_table.h"
 #include "memory/block_list.h"
-#include "shell/input.h"
-#include "shell/output.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "memory/address.h"
+#include "base/address.h"
+#include "base/output.h"
 #include "memory/allocation.h"
 #include "memory/block_list.h"
 #include "memory/commands.h"
-#include "shell/output.h"
 
 namespace {
 

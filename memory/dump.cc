@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "memory/address.h"
-#include "shell/output.h"
+#include "base/address.h"
+#include "base/output.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "files/descriptor.h"
+#include "base/descriptor.h"
 
 // The system copies to and from the address: a bad one comes back as EFAULT, it is no fault of the process.
 

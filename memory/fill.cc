@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "memory/address.h"
+#include "base/address.h"
 
 namespace {
 

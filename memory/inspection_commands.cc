@@ -1,14 +1,14 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "memory/address.h"
+#include "base/address.h"
+#include "base/input.h"
+#include "base/output.h"
+#include "base/words.h"
 #include "memory/commands.h"
 #include "memory/dump.h"
 #include "memory/file_transfer.h"
 #include "memory/fill.h"
-#include "shell/input.h"
-#include "shell/output.h"
-#include "shell/words.h"
 
 // No address is checked: the commands touch exactly what the user says. A fault may end the shell, so each
 // has its output written out before it touches anything; after a write to who knows where, the next

@@ -1,8 +1,8 @@
 #include <cstdlib>
 
+#include "base/input.h"
+#include "base/output.h"
 #include "memory/commands.h"
-#include "shell/input.h"
-#include "shell/output.h"
 
 namespace {
 

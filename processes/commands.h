@@ -3,7 +3,6 @@
 // Command handlers of processes. Each receives the null-terminated words after the command word
 // (args[-1] is the command word as typed) and reports everything by printing.
 
-void Cmd_where(char *args[]);
 void Cmd_priority(char *args[]);
 void Cmd_search(char *args[]);
 void Cmd_fork(char *args[]);

@@ -6,13 +6,13 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/failure.h"
+#include "base/output.h"
 #include "environment/credentials.h"
-#include "processes/child.h"
 #include "processes/execution_line.h"
 #include "processes/process_list.h"
 #include "processes/search_path.h"
-#include "shell/failure.h"
-#include "shell/output.h"
+#include "signals/child.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include <cstdlib>
 
+#include "base/input.h"
+#include "base/output.h"
 #include "processes/commands.h"
 #include "processes/execution.h"
-#include "shell/input.h"
-#include "shell/output.h"
 
 namespace {
 

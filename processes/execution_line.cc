@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/failure.h"
+#include "base/output.h"
 #include "environment/variables.h"
-#include "shell/failure.h"
-#include "shell/output.h"
 
 int ComprobarSegundoPlano(char *linea[]) {
     for (; *linea; linea++)

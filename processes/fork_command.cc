@@ -1,9 +1,9 @@
 #include <unistd.h>
 
-#include "processes/child.h"
+#include "base/output.h"
 #include "processes/commands.h"
 #include "processes/process_list.h"
-#include "shell/output.h"
+#include "signals/child.h"
 
 void Cmd_fork(char *[]) {
     const pid_t pid = Bifurcar();

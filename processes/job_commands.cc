@@ -3,10 +3,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/input.h"
+#include "base/output.h"
 #include "processes/commands.h"
 #include "processes/process_list.h"
-#include "shell/input.h"
-#include "shell/output.h"
 #include "signals/signal_names.h"
 
 namespace {

@@ -5,13 +5,13 @@
 #include <cerrno>
 #include <cstring>
 
-#include "processes/child.h"
+#include "base/input.h"
+#include "base/output.h"
 #include "processes/commands.h"
 #include "processes/execution.h"
 #include "processes/execution_line.h"
 #include "processes/process_list.h"
-#include "shell/input.h"
-#include "shell/output.h"
+#include "signals/child.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/output.h"
 #include "processes/commands.h"
-#include "shell/output.h"
 
 void Cmd_priority(char *args[]) {
     const int pid = args[0] ? atoi(args[0]) : getpid();

@@ -9,9 +9,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/failure.h"
-#include "shell/output.h"
-#include "shell/words.h"
+#include "base/failure.h"
+#include "base/output.h"
+#include "base/words.h"
 #include "signals/signal_names.h"
 
 ListaProcesos LP;

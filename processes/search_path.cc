@@ -5,9 +5,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/element_list.h"
+#include "base/element_list.h"
 
 namespace {
+
+ListaElementos ruta_;
 
 constexpr size_t kTamPath = 2048;
 constexpr size_t kTamCandidato = 1024;
@@ -17,6 +19,13 @@ bool EmpiezaPor(const char *texto, const char *principio) {
 }
 
 } // namespace
+
+int PathAdd(const char *dir) { return AniadirElemento(&ruta_, dir); }
+int PathDel(const char *dir) { return BorrarElemento(&ruta_, dir); }
+void PathClear() { BorrarLista(&ruta_); }
+char *PathFirst() { return GetFirstNextElement(&ruta_, 1); }
+char *PathNext() { return GetFirstNextElement(&ruta_, 0); }
+void PathPrint() { ImprimirListaCompleta(&ruta_, 0); }
 
 int PathAddPath() {
     const char *path = getenv("PATH");

@@ -1,7 +1,18 @@
 #pragma once
 
-// The shell's own search path (the list itself: shell/element_list.h). The variable PATH plays no part in it
-// unless it is imported.
+// The shell's own search path: a list of directories. The variable PATH plays no part in it unless it is
+// imported.
+
+/// Adds a directory at the end. Returns and fails as AniadirElemento.
+int PathAdd(const char *dir);
+
+/// Removes the first entry equal to `dir`. Returns and fails as BorrarElemento.
+int PathDel(const char *dir);
+
+void PathClear();  ///< removes every directory
+char *PathFirst(); ///< the first directory, or null
+char *PathNext();  ///< the one after it that PathFirst or PathNext returned last, or null at the end
+void PathPrint();  ///< prints the directories, one a line
 
 /// Adds the directories of PATH (its first 2047 characters), empty ones left out. Returns how many it names;
 /// those that a full search path no longer takes are counted too.

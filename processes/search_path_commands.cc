@@ -1,22 +1,9 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/output.h"
 #include "processes/commands.h"
 #include "processes/search_path.h"
-#include "shell/command_names.h"
-#include "shell/element_list.h"
-#include "shell/output.h"
-
-void Cmd_where(char *args[]) {
-    if (!args[0]) return;
-    const char *nombre = RealCommand(args[0]);
-    if (!nombre)
-        Imprimir("Abreviatura de comando no unica: %s\n", args[0]);
-    else if (IsInternalCommand(nombre))
-        Imprimir("%s: comando interno %s\n", args[0], nombre);
-    else
-        Imprimir("%s\n", Ejecutable(args[0]));
-}
 
 void Cmd_search(char *args[]) {
     int resultado = 0;

@@ -3,15 +3,6 @@
 // The names by which a command can be called: its own, its aliases and, when enabled, abbreviations of
 // either.
 
-/// One name of a command beside its own. A command may have several.
-struct AliasEntry {
-    const char *comando;
-    const char *alias;
-};
-
-constexpr int kNumAliases = 149;
-extern const AliasEntry AliasTable[kNumAliases + 1]; ///< closed by a pair of nulls
-
 void HabilitarAbreviaturas();
 void DeshabilitarAbreviaturas();
 int EstadoAbreviaturas(); ///< 1 when abbreviations are enabled, else 0

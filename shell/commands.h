@@ -19,6 +19,7 @@ void Cmd_chroot(char *args[]);
 void Cmd_infosys(char *args[]);
 void Cmd_pwd(char *args[]);
 void Cmd_help(char *args[]);
+void Cmd_where(char *args[]);
 void Cmd_limits(char *args[]);
 void Cmd_abbrev(char *args[]);
 void Cmd_checkalias(char *args[]);

@@ -1,9 +1,10 @@
+#include "shell/dispatch.h"
+
+#include "base/output.h"
 #include "processes/commands.h"
 #include "shell/command_names.h"
 #include "shell/command_table.h"
 #include "shell/help.h"
-#include "shell/output.h"
-#include "shell/shell.h"
 
 void ProcesarEntrada(char *palabras[]) {
     if (!palabras[0]) return;

@@ -2,12 +2,14 @@
 
 #include <cstdlib>
 
+#include "base/input.h"
+#include "environment/variables.h"
 #include "files/open_file_table.h"
 #include "memory/allocation.h"
 #include "processes/process_list.h"
+#include "processes/search_path.h"
 #include "shell/commands.h"
-#include "shell/element_list.h"
-#include "shell/input.h"
+#include "shell/historic.h"
 
 void Cmd_exit(char *[]) {
     SincronizarES(); // before anything is released: what was printed comes out whatever happens then

@@ -5,11 +5,11 @@
 
 #include <cstring>
 
+#include "base/output.h"
 #include "shell/command_names.h"
 #include "shell/command_table.h"
 #include "shell/commands.h"
 #include "shell/help_topics.h"
-#include "shell/output.h"
 
 namespace {
 
@@ -68,7 +68,7 @@ int NumberOfColumns() {
 
 void ListCommands(int mascara) {
     int columna = 0;
-    for (const CommandEntry *fila = CommandTable; fila->nombre; fila++) {
+    for (const CommandEntry *fila = CommandTable.data(); fila->nombre; fila++) {
         if ((fila->topics & mascara) == 0) continue;
         const int largo = static_cast<int>(strlen(fila->nombre));
         // The width is asked for each time: the window may change while the listing goes out.
@@ -88,7 +88,7 @@ void ListCommands(int mascara) {
 }
 
 void ListDebugCommands() {
-    for (const CommandEntry *fila = CommandTable; fila->nombre; fila++)
+    for (const CommandEntry *fila = CommandTable.data(); fila->nombre; fila++)
         if (fila->topics == kSinTopic) Imprimir("%s ", fila->nombre);
     EscribirTexto("\n");
 }

@@ -2,11 +2,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/output.h"
+#include "base/words.h"
 #include "shell/commands.h"
-#include "shell/element_list.h"
-#include "shell/output.h"
-#include "shell/shell.h"
-#include "shell/words.h"
+#include "shell/dispatch.h"
+#include "shell/historic.h"
 
 namespace {
 

@@ -4,10 +4,12 @@
 #include <cstring>
 #include <ctime>
 
+#include "base/output.h"
 #include "files/file_details.h"
 #include "shell/commands.h"
-#include "shell/output.h"
-#include "shell/shell.h"
+#include "shell/executable_date.h"
+
+time_t FechaEjecutable = -1;
 
 namespace {
 

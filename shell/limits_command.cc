@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/output.h"
 #include "shell/commands.h"
-#include "shell/output.h"
 
 namespace {
 

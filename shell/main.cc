@@ -1,17 +1,21 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/input.h"
+#include "base/output.h"
+#include "base/words.h"
+#include "environment/variables.h"
 #include "files/file_details.h"
 #include "files/open_file_table.h"
+#include "memory/address_space.h"
 #include "processes/search_path.h"
 #include "shell/commands.h"
-#include "shell/element_list.h"
-#include "shell/input.h"
-#include "shell/output.h"
+#include "shell/dispatch.h"
+#include "shell/executable_date.h"
+#include "shell/historic.h"
 #include "shell/prompt.h"
-#include "shell/shell.h"
 #include "shell/systemd_warning.h"
-#include "shell/words.h"
+#include "signals/recovery.h"
 
 namespace {
 
@@ -60,6 +64,7 @@ int main(int argc, char *argv[], char *env[]) {
     if (CheckForSystemd()) AvisoPorSystemd();
     main3arg = env;
     addrmain3arg = &env;
+    funcionDeLinea = ProcesarEntrada;
     InitOpenFiles();
     const char *programa = argc > 0 ? argv[0] : "";
     FechaEjecutable = FechaFichero(programa);

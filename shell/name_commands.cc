@@ -1,9 +1,9 @@
 #include <cstring>
 
+#include "base/output.h"
 #include "shell/command_names.h"
 #include "shell/command_table.h"
 #include "shell/commands.h"
-#include "shell/output.h"
 
 void Cmd_abbrev(char *args[]) {
     if (args[0] && strcmp(args[0], "on") == 0)
@@ -17,12 +17,12 @@ void Cmd_abbrev(char *args[]) {
 
 void Cmd_checkalias(char *args[]) {
     if (!args[0]) {
-        for (const CommandEntry *fila = CommandTable; fila->nombre; fila++) {
+        for (const CommandEntry *fila = CommandTable.data(); fila->nombre; fila++) {
             Imprimir("\n***%s: ", fila->nombre);
             PrintAlias(fila->nombre);
         }
     } else if (strcmp(args[0], "-q") == 0) {
-        for (const CommandEntry *fila = CommandTable; fila->nombre; fila++)
+        for (const CommandEntry *fila = CommandTable.data(); fila->nombre; fila++)
             if (GetAliasesLength(fila->nombre) == 0) Imprimir("%s ", fila->nombre);
     }
     EscribirTexto("\n");

@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/output.h"
 #include "shell/commands.h"
-#include "shell/output.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "shell/output.h"
+#include "base/output.h"
 
 namespace {
 

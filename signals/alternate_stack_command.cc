@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "memory/address.h"
-#include "shell/output.h"
+#include "base/address.h"
+#include "base/output.h"
 #include "signals/commands.h"
 
 namespace {

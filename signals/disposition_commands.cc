@@ -1,8 +1,8 @@
 #include <csignal>
 #include <cstring>
 
-#include "shell/input.h"
-#include "shell/output.h"
+#include "base/input.h"
+#include "base/output.h"
 #include "signals/commands.h"
 #include "signals/dispositions.h"
 #include "signals/signal_names.h"

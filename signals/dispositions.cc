@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "shell/output.h"
+#include "base/output.h"
 #include "signals/handler_settings.h"
 #include "signals/signal_names.h"
 

@@ -1,7 +1,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/output.h"
+#include "base/output.h"
 #include "signals/commands.h"
 #include "signals/counting_handler.h"
 #include "signals/dispositions.h"

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "shell/output.h"
+#include "base/output.h"
 
 void TextoManejador::Poner(const char *s) {
     while (*s && n < sizeof texto) texto[n++] = *s++;

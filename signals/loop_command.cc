@@ -5,8 +5,8 @@
 #include <csignal>
 #include <cstring>
 
-#include "shell/input.h"
-#include "shell/output.h"
+#include "base/input.h"
+#include "base/output.h"
 #include "signals/commands.h"
 #include "signals/dispositions.h"
 #include "signals/handler_text.h"

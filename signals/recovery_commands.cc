@@ -1,33 +1,13 @@
 #include <cerrno>
 #include <cstring>
 
-#include "shell/output.h"
-#include "shell/shell.h"
+#include "base/output.h"
 #include "signals/commands.h"
 #include "signals/dispositions.h"
-#include "signals/handler_text.h"
+#include "signals/recovery.h"
 #include "signals/signal_names.h"
 
 namespace {
-
-constexpr int kValorDeVuelta = 23; // what setjmp returns in main
-
-/// Takes the shell back to the start of its loop. What the interrupted command had printed goes out first.
-/// The plain longjmp leaves the signal blocked, as it was while this runs: a second fault of its kind ends
-/// the shell.
-void VolverAMain(int senal) {
-    VolcarDesdeManejador();
-    TextoManejador aviso;
-    aviso.Poner("Manejada senal ");
-    aviso.Poner(NombreSenal(senal));
-    aviso.Poner(" (");
-    aviso.PonerNumero(senal);
-    aviso.Poner(") en ");
-    aviso.PonerDireccion(&senal);
-    aviso.Poner("\n");
-    EscribirAviso(aviso);
-    longjmp(EstadoGuardado, kValorDeVuelta);
-}
 
 void Proteger(int senal) {
     Imprimir("Protegiendo de %s, el programa volvera al princiio de main\n", NombreSenal(senal));

@@ -1,12 +1,12 @@
-#include "processes/child.h"
+#include "signals/child.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 
-#include "shell/input.h"
-#include "shell/output.h"
+#include "base/input.h"
+#include "base/output.h"
 
 pid_t Bifurcar() {
     SincronizarES();

@@ -1,4 +1,4 @@
-#include "shell/input.h"
+#include "base/input.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "shell/output.h"
+#include "base/output.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "shell/output.h"
+#include "base/output.h"
 
 #include <poll.h>
 #include <signal.h>

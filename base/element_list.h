@@ -1,7 +1,7 @@
 #pragma once
 
-// A list of strings of fixed capacity, and the three lists that the shell keeps: the historic of lines, the
-// search path and the strings placed in the environment.
+// A list of strings of fixed capacity. The shell keeps three: the historic of lines (shell/historic.h), the
+// search path (processes/search_path.h) and the strings placed in the environment (environment/variables.h).
 
 constexpr int kMaxElementos = 4095; ///< elements of a list; one more slot holds the closing null
 
@@ -53,22 +53,3 @@ char *GetFirstNextElement(const ListaElementos *lista, int primero);
 
 /// The element at position n, or null.
 char *GetElemento(const ListaElementos *lista, int n);
-
-// The historic.
-int HistoricAdd(const char *linea); ///< AniadirElemento
-void HistoricClear();               ///< BorrarLista
-char *HistoricGet(int n);           ///< GetElemento
-void HistoricPrint();               ///< ImprimirListaCompleta, numbered
-void HistoricPrintN(int n);         ///< ImprimirListaLast, numbered
-
-// The search path.
-int PathAdd(const char *dir); ///< AniadirElemento
-void PathClear();             ///< BorrarLista
-int PathDel(const char *dir); ///< BorrarElemento
-char *PathFirst();            ///< GetFirstNextElement from the start
-char *PathNext();             ///< GetFirstNextElement going on
-void PathPrint();             ///< ImprimirListaCompleta, not numbered
-
-// The strings placed in the environment.
-int EntornoAdd(char *cadena); ///< AniadirElementoYaAsignado
-void EntornoClear();          ///< BorrarLista

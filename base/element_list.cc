@@ -1,17 +1,14 @@
-#include "shell/element_list.h"
+#include "base/element_list.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/failure.h"
-#include "shell/output.h"
+#include "base/failure.h"
+#include "base/output.h"
 
 namespace {
 
-ListaElementos historico_;
-ListaElementos ruta_;
-ListaElementos entorno_;
 int cursor_; // of GetFirstNextElement, whatever the list
 
 void ImprimirTramo(const ListaElementos *lista, int desde, int hasta, int numerada) {
@@ -99,19 +96,3 @@ char *GetFirstNextElement(const ListaElementos *lista, int primero) {
 char *GetElemento(const ListaElementos *lista, int n) {
     return n >= 0 && n < lista->num ? lista->elementos[n] : nullptr;
 }
-
-int HistoricAdd(const char *linea) { return AniadirElemento(&historico_, linea); }
-void HistoricClear() { BorrarLista(&historico_); }
-char *HistoricGet(int n) { return GetElemento(&historico_, n); }
-void HistoricPrint() { ImprimirListaCompleta(&historico_, 1); }
-void HistoricPrintN(int n) { ImprimirListaLast(&historico_, n, 1); }
-
-int PathAdd(const char *dir) { return AniadirElemento(&ruta_, dir); }
-void PathClear() { BorrarLista(&ruta_); }
-int PathDel(const char *dir) { return BorrarElemento(&ruta_, dir); }
-char *PathFirst() { return GetFirstNextElement(&ruta_, 1); }
-char *PathNext() { return GetFirstNextElement(&ruta_, 0); }
-void PathPrint() { ImprimirListaCompleta(&ruta_, 0); }
-
-int EntornoAdd(char *cadena) { return AniadirElementoYaAsignado(&entorno_, cadena); }
-void EntornoClear() { BorrarLista(&entorno_); }

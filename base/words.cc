@@ -1,8 +1,8 @@
-#include "shell/words.h"
+#include "base/words.h"
 
 #include <cstring>
 
-#include "shell/output.h"
+#include "base/output.h"
 
 int TrocearCadena(char *linea, char *palabras[]) {
     int n = 0;

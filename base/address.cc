@@ -1,4 +1,4 @@
-#include "memory/address.h"
+#include "base/address.h"
 
 #include <cerrno>
 #include <cstdio>
