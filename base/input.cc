@@ -8,11 +8,11 @@
 #include <cstring>
 
 #include "base/output.h"
+#include "base/words.h"
 
 namespace {
 
 constexpr size_t kTamBloque = 8192;
-constexpr size_t kTamPendiente = 4096;
 
 /// How descriptor 0 may be read without taking more than a line; found out anew after each SincronizarES,
 /// since whatever runs then may put another file there. Not even a terminal keeps to a line: what was typed
@@ -24,13 +24,21 @@ Fuente fuente_;
 size_t pos_, fin_;    // the part of bloque_ that has been read and not yet used
 off_t lugar_;         // of a file: the offset of the byte after the block
 size_t numPendiente_; // the bytes in pendiente_
-bool cadaLinea_;      // every line starts synchronised
 char bloque_[kTamBloque];
-char pendiente_[kTamPendiente]; // the line being put together; survives an interrupted read
+char pendiente_[kMaxLinea]; // the line being put together; survives an interrupted read
+
+/// Whether descriptor `df` leads to the file described.
+bool LlevaA(int df, const struct stat &fichero) {
+    struct stat st;
+    return fstat(df, &st) == 0 && st.st_ino == fichero.st_ino && st.st_dev == fichero.st_dev;
+}
 
 Fuente ClaseDeEntrada() {
     struct stat st;
     if (fstat(STDIN_FILENO, &st) == -1 || !S_ISREG(st.st_mode)) return Fuente::Otra;
+    // Where what is printed goes to the same file, every write may move the offset, and change what comes
+    // next.
+    if (LlevaA(STDOUT_FILENO, st) || LlevaA(STDERR_FILENO, st)) return Fuente::Otra;
     lugar_ = lseek(STDIN_FILENO, 0, SEEK_CUR);
     return lugar_ == -1 ? Fuente::Otra : Fuente::Fichero;
 }
@@ -66,7 +74,6 @@ Lectura Entregar(char *linea) {
     memcpy(linea, pendiente_, numPendiente_);
     linea[numPendiente_] = '\0';
     numPendiente_ = 0;
-    SincronizarTrasDanos();
     return Lectura::Linea;
 }
 
@@ -98,15 +105,8 @@ Lectura LeerLinea(char *linea, size_t tam) {
 
 bool EntradaEsTerminal() { return isatty(STDIN_FILENO) == 1; }
 
-void SincronizarCadaLinea() { cadaLinea_ = true; }
-
-void SincronizarTrasDanos() {
-    if (cadaLinea_) SincronizarES();
-}
-
-void SincronizarES() {
+void DevolverEntrada() {
     const int motivo = errno;
-    VolcarSalida();
     if (fuente_ == Fuente::Fichero) {
         lseek(STDIN_FILENO, lugar_ - static_cast<off_t>(fin_ - pos_), SEEK_SET);
         pos_ = fin_ = 0;

@@ -1,14 +1,18 @@
 #include "base/output.h"
 
 #include <poll.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
+#include <climits>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+
+#include "base/held_signals.h"
+#include "base/write_all.h"
 
 namespace {
 
@@ -23,50 +27,33 @@ struct alignas(8) Tramo {
 std::atomic<Tramo> tramo_;
 static_assert(std::atomic<Tramo>::is_always_lock_free, "a handler must find both bounds or neither");
 
-sigset_t retenidas_;               // the signals held off while writing
-volatile bool hayRetenidas_;       // until one is named, a write costs no other system call
-sigset_t mascaraPrevia_;           // the mask before a write that is under way
-volatile sig_atomic_t reteniendo_; // a write is under way with signals held off
-bool rechazada_;                   // descriptor 1 refused the last write
+bool rechazada_;                  // descriptor 1 refused the last write
+volatile sig_atomic_t porPiezas_; // read by the handler of a fault too
 
 void Publicar(Tramo t) { tramo_.store(t, std::memory_order_release); }
 
-/// Those of retenidas_ that a handler would take now: a default action is not put off.
-sigset_t RetenidasConManejador() {
-    sigset_t conManejador = retenidas_;
-    struct sigaction accion;
-    for (int sig = 1; sig < NSIG; sig++)
-        if (sigismember(&retenidas_, sig) == 1 && sigaction(sig, nullptr, &accion) == 0 &&
-            (accion.sa_handler == SIG_DFL || accion.sa_handler == SIG_IGN))
-            sigdelset(&conManejador, sig);
-    return conManejador;
-}
-
-/// EscribirTodo to descriptor 1 with the printing signals held off.
-int EscribirReteniendo(const void *bytes, size_t n) {
-    if (!hayRetenidas_ || reteniendo_) return EscribirTodo(STDOUT_FILENO, bytes, n);
-    const sigset_t retener = RetenidasConManejador();
-    // The mask is asked for into a variable of this call: a handler that runs before the flag is set writes
-    // too. From the flag on none does, and a recovery jump finds what to put back.
-    sigset_t previa;
-    sigprocmask(SIG_BLOCK, nullptr, &previa);
-    reteniendo_ = 1;
-    mascaraPrevia_ = previa;
-    sigprocmask(SIG_BLOCK, &retener, nullptr);
-    const int resultado = EscribirTodo(STDOUT_FILENO, bytes, n);
-    const int motivo = errno;
-    sigprocmask(SIG_SETMASK, &previa, nullptr);
-    reteniendo_ = 0;
-    errno = motivo;
-    return resultado;
+/// Waits until descriptor 1 takes a piece or refuses it. Returns its size, of at most n bytes.
+size_t EsperarPieza(size_t n) {
+    struct pollfd espera = {STDOUT_FILENO, POLLOUT, 0};
+    while (poll(&espera, 1, -1) == -1 && errno == EINTR) {
+    }
+    return n < PIPE_BUF ? n : PIPE_BUF;
 }
 
 /// Writes texto_ from inicio up to `hasta`, and lets go of it whatever happens. Returns 0, or -1 with the
 /// `errno` of the refusal. Async-signal-safe.
 int Escribir(uint32_t hasta) {
-    const Tramo t = tramo_.load(std::memory_order_relaxed);
-    const int resultado = EscribirReteniendo(texto_ + t.inicio, hasta - t.inicio);
-    Publicar(hasta == t.fin ? Tramo{0, 0} : Tramo{hasta, t.fin});
+    const Retencion retencion = RetenerSenales();
+    int resultado = 0;
+    Tramo t = tramo_.load(std::memory_order_relaxed);
+    while (t.inicio < hasta && resultado == 0) {
+        const size_t n = porPiezas_ ? EsperarPieza(hasta - t.inicio) : hasta - t.inicio;
+        const ssize_t escritos = EscribirAlgo(STDOUT_FILENO, texto_ + t.inicio, n);
+        if (escritos == -1) resultado = -1;
+        t.inicio = escritos == -1 ? hasta : t.inicio + static_cast<uint32_t>(escritos);
+        Publicar(t.inicio == t.fin ? Tramo{0, 0} : t);
+    }
+    DevolverSenales(retencion);
     return resultado;
 }
 
@@ -103,23 +90,6 @@ void HacerSitio(size_t n) {
 }
 
 } // namespace
-
-int EscribirTodo(int df, const void *bytes, size_t n) {
-    const char *p = static_cast<const char *>(bytes);
-    while (n > 0) {
-        const ssize_t escritos = write(df, p, n);
-        if (escritos >= 0) {
-            p += escritos;
-            n -= static_cast<size_t>(escritos);
-        } else if (errno == EAGAIN) {
-            struct pollfd espera = {df, POLLOUT, 0};
-            poll(&espera, 1, -1);
-        } else if (errno != EINTR) {
-            return -1;
-        }
-    }
-    return 0;
-}
 
 char *ReservarSalida(size_t n) {
     HacerSitio(n);
@@ -164,8 +134,6 @@ void VolcarSalida() {
     errno = motivo;
 }
 
-int EscribirDesdeManejador(const void *bytes, size_t n) { return EscribirReteniendo(bytes, n); }
-
 void VolcarDesdeManejador() { Escribir(tramo_.load(std::memory_order_relaxed).fin); }
 
 void InformarError(const char *texto) {
@@ -178,30 +146,4 @@ void InformarError(const char *texto) {
     errno = motivo;
 }
 
-void RetenerAlVolcar(int sig, bool imprime) {
-    switch (sig) {
-    case SIGSEGV:
-    case SIGBUS:
-    case SIGFPE:
-    case SIGILL: return;
-    default: break;
-    }
-    if (imprime) {
-        if (!hayRetenidas_) sigemptyset(&retenidas_);
-        sigaddset(&retenidas_, sig);
-        hayRetenidas_ = true;
-    } else if (hayRetenidas_) {
-        sigdelset(&retenidas_, sig);
-    }
-}
-
-void SoltarRetenidas() {
-    if (!reteniendo_) return;
-    reteniendo_ = 0;
-    sigset_t soltar;
-    sigemptyset(&soltar);
-    for (int sig = 1; sig < NSIG; sig++)
-        if (sigismember(&retenidas_, sig) == 1 && sigismember(&mascaraPrevia_, sig) == 0)
-            sigaddset(&soltar, sig);
-    sigprocmask(SIG_UNBLOCK, &soltar, nullptr);
-}
+void EscribirPorPiezas() { porPiezas_ = 1; }

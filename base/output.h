@@ -6,10 +6,12 @@
 // Standard output, buffered by the shell itself. Text is appended here and reaches descriptor 1 only at known
 // points: before the shell waits for a line, before anything else writes to a descriptor, before a child is
 // made or a program replaces the shell, before a message on standard error, before a fault can end the
-// process. SincronizarES (shell/input.h) is the call for all of these.
+// process. SincronizarES (base/synchronisation.h) is the call for all of these.
 //
-// The buffer is whole at any instant (text first, bounds last, in one store), so that the handler of a fault
-// may write it out. A write that is forced by a full buffer ends at a line end whenever the text has one.
+// The invariant: what has been appended and not yet written is, at any instant, the bytes between two bounds
+// that one store changes together: text first, bounds last; a write moves the lower bound as soon as it
+// returns. So the handler of a fault may write it out wherever the main flow was, and nothing comes out
+// twice. A write that is forced by a full buffer ends at a line end whenever the text has one.
 
 /// Appends formatted text (the formats of printf), cut at kMaxReserva - 1 characters: a text of any length
 /// (an environment entry) goes through EscribirTexto. Keeps `errno`.
@@ -40,19 +42,6 @@ void VolcarDesdeManejador();
 /// write, with the system's text for `errno`. Keeps `errno`.
 void InformarError(const char *texto);
 
-/// Writes `n` bytes straight to descriptor `df`, all of them unless the descriptor refuses. Interrupted and
-/// short writes are continued. Async-signal-safe. Returns 0, or -1 with the `errno` of write().
-int EscribirTodo(int df, const void *bytes, size_t n);
-
-/// Writes `n` bytes of a handler's to descriptor 1 in one piece: the other printing signals wait until they
-/// are out. Async-signal-safe. Returns as EscribirTodo.
-int EscribirDesdeManejador(const void *bytes, size_t n);
-
-/// From now on signal `sig` is held off while standard output is being written, when its handler prints
-/// (`imprime`), so that it cannot cut a line in two; no more when it does not. The faults are never held off,
-/// nor is a signal that has no handler at that moment.
-void RetenerAlVolcar(int sig, bool imprime);
-
-/// To be called where a recovery jump lands: lets the signals go that a write cut off by the jump was
-/// holding.
-void SoltarRetenidas();
+/// From now on a recovery jump may cut off a write that waits: standard output goes out in pieces that the
+/// system takes whole, each waited for beforehand, so that what has been written is known at every wait.
+void EscribirPorPiezas();

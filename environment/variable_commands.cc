@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "environment/commands.h"
 #include "environment/variables.h"
 #include "environment/wrong_changes.h"

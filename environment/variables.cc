@@ -6,8 +6,8 @@
 
 #include "base/element_list.h"
 #include "base/failure.h"
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 
 char **main3arg;
 char ***addrmain3arg;
@@ -18,8 +18,7 @@ ListaElementos entorno_; // the strings placed, to be released at exit
 
 bool CabeNombre(const char *nombre) { return strnlen(nombre, kTamVariable) <= kTamVariable - 2; }
 
-/// nombre=valor in a new heap string of exactly that size, recorded for exit; null: ENOMEM, ENOSPC (no more
-/// can be recorded).
+/// nombre=valor in a new heap string of exactly that size; null: ENOMEM.
 char *NuevaVariable(const char *nombre, const char *valor) {
     const size_t n = strlen(nombre);
     const size_t m = strlen(valor);
@@ -28,17 +27,12 @@ char *NuevaVariable(const char *nombre, const char *valor) {
     memcpy(texto, nombre, n);
     texto[n] = '=';
     memcpy(texto + n + 1, valor, m + 1);
-    // A string that exit could not release is not placed: search refuses a directory too many in the same
-    // way.
-    if (AniadirElementoYaAsignado(&entorno_, texto) == -1) {
-        free(texto);
-        errno = ENOSPC;
-        return nullptr;
-    }
+    // Beyond the list's 4095 the change is made all the same; exit just does not release that string.
+    AniadirElementoYaAsignado(&entorno_, texto);
     return texto;
 }
 
-/// Puts a new nombre=valor in slot `pos`. Returns `pos`, or -1: ENOMEM, ENOSPC.
+/// Puts a new nombre=valor in slot `pos`. Returns `pos`, or -1: ENOMEM.
 int Colocar(const char *nombre, const char *valor, char *entorno[], int pos) {
     char *texto = NuevaVariable(nombre, valor);
     if (!texto) return -1;

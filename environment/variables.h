@@ -1,8 +1,8 @@
 #pragma once
 
 // The variables of an environment array: null-terminated, each entry NAME=value. The shell has up to two of
-// them, main3arg and environ. Strings placed here come from the heap and are released at
-// exit; the ones that they replace are not.
+// them, main3arg and environ. Strings placed here come from the heap; the first 4095 are
+// released at exit, the ones that they replace are not.
 
 extern char **main3arg;      ///< main's third argument: the environment array that the process started with
 extern char ***addrmain3arg; ///< where main holds it
@@ -14,10 +14,10 @@ constexpr int kTamVariable = 512; ///< bytes for a name, "=" and the closing nul
 int BuscarVariable(const char *nombre, char *const entorno[]);
 
 /// Puts a new nombre=valor in the place of the variable's entry. Returns its index, or -1: those of
-/// BuscarVariable, ENOMEM, ENOSPC (4095 strings have been placed).
+/// BuscarVariable, ENOMEM.
 int CambiarVariable(const char *nombre, const char *valor, char *entorno[]);
 
-/// putenv() of a new nombre=valor. Returns what putenv returned, or -1: ENAMETOOLONG, ENOMEM, ENOSPC.
+/// putenv() of a new nombre=valor. Returns what putenv returned, or -1: ENAMETOOLONG, ENOMEM.
 int CambiarVariablePutenv(const char *nombre, const char *valor);
 
 /// Puts a new nombre2=valor in the place of the entry of nombre1. Returns its index, or -1: EEXIST (nombre2

@@ -62,10 +62,14 @@ int CambiarVariableMalStatic(const char *nombre, const char *valor, char *entorn
     static char texto[kTamVariable];
     // Looked up before the buffer is written: after it, an entry that already stands in the buffer would be
     // found in the place of the variable's own.
-    const int pos = BuscarVariable(nombre, entorno ? entorno : environ);
-    if (entorno && pos == -1) return -1;
-    if (!CabeEnBuffer(nombre, valor)) return Fallo(ENAMETOOLONG);
+    int pos = BuscarVariable(nombre, entorno ? entorno : environ);
+    const bool cabe = CabeEnBuffer(nombre, valor);
+    if (entorno && pos == -1 && !cabe) return -1;
+    if (!cabe) return Fallo(ENAMETOOLONG);
     EscribirVariable(texto, nombre, valor);
+    // And once more after it: an entry that stands in the buffer now shows this name.
+    if (entorno && pos == -1) pos = BuscarVariable(nombre, entorno);
+    if (entorno && pos == -1) return -1;
     const int resultado = Colocar(texto, entorno, pos);
     // putenv looks the name up itself, and may have taken such an entry for the variable's own.
     if (!entorno && pos != -1) environ[pos] = texto;

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "files/commands.h"
 #include "files/open_file_table.h"
 

@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "files/commands.h"
 #include "files/redirection.h"
 

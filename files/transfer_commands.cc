@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "base/address.h"
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "base/words.h"
 #include "files/commands.h"
 

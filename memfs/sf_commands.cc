@@ -1,7 +1,7 @@
 #include <cstring>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "memfs/commands.h"
 #include "memfs/file_copy.h"
 #include "memfs/file_system.h"

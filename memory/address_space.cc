@@ -89,7 +89,7 @@ void Do_pmap() {
     else if (hijo == 0)
         EjecutarHerramienta(pid);
     else
-        EsperarHijo(hijo, nullptr);
+        EsperarHijo(hijo);
 }
 
 } // namespace

@@ -12,8 +12,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "files/open_file_table.h"
 #include "memory/block_list.h"
 

@@ -2,8 +2,8 @@
 #include <cstring>
 
 #include "base/address.h"
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "base/words.h"
 #include "memory/commands.h"
 #include "memory/dump.h"

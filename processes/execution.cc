@@ -71,6 +71,6 @@ int Proceso(char *linea[], int segundoPlano, const char *usuario, const int *pri
     if (detras)
         MeterProceso(&LP, pid, usuario ? UidUsuario(usuario) : getuid(), linea); // unrecorded when LP is full
     else
-        EsperarHijo(pid, nullptr);
+        EsperarHijo(pid);
     return 0;
 }

@@ -1,7 +1,7 @@
 #include <cstdlib>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "processes/commands.h"
 #include "processes/execution.h"
 

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "base/words.h"
+
 // The words of an execution line beside the program and its arguments:
 //
 //   [NULLENV | VAR... | NAME=value...] program [argument...] [@priority] [<file] [>file] [*file] [&]
 //
 // A line is a null-terminated part of the command loop's word array; it is cut by writing a null over a word.
 
-constexpr int kSinRedireccion = 2048; ///< an index that no word has
-constexpr int kMaxEntorno = 127;      ///< variables of an environment made from a line
+constexpr int kSinRedireccion = kMaxPalabras; ///< an index that no word has
+constexpr int kMaxEntorno = 127;              ///< variables of an environment made from a line
 
 /// Cuts the line at its first "&" and returns 1; 0 when it has none.
 int ComprobarSegundoPlano(char *linea[]);

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "processes/commands.h"
 #include "processes/process_list.h"
 #include "signals/signal_names.h"

@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "processes/commands.h"
 #include "processes/execution.h"
 #include "processes/execution_line.h"
@@ -63,8 +63,8 @@ int HacerPipe(char *primero[], char *segundo[], int segundoPlano) {
     if (lector == -1) InformarError("Imposible crear proceso");
     if (escritor != -1 && segundoPlano) MeterProceso(&LP, escritor, getuid(), primero);
     if (lector != -1 && segundoPlano) MeterProceso(&LP, lector, getuid(), segundo);
-    if (escritor != -1 && !segundoPlano) EsperarHijo(escritor, nullptr);
-    if (lector != -1 && !segundoPlano) EsperarHijo(lector, nullptr);
+    if (escritor != -1 && !segundoPlano) EsperarHijo(escritor);
+    if (lector != -1 && !segundoPlano) EsperarHijo(lector);
     return lector == -1 ? -1 : 0;
 }
 

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "base/input.h"
+#include "base/synchronisation.h"
 #include "environment/variables.h"
 #include "files/open_file_table.h"
 #include "memory/allocation.h"

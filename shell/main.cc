@@ -1,8 +1,10 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/held_signals.h"
 #include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "base/words.h"
 #include "environment/variables.h"
 #include "files/file_details.h"
@@ -48,8 +50,11 @@ void BuclePrincipal() {
         const Lectura resultado = LeerLinea(linea_, sizeof linea_);
         if (resultado != Lectura::Linea) {
             if (SeguirTrasFallo(resultado)) continue;
+            // Of the end of the input, or of a signal, the user knows.
+            if (resultado == Lectura::Error) InformarError("Imposible leer la entrada");
             return;
         }
+        SincronizarTrasDanos();
         finesSeguidos_ = 0;
         strcpy(copia_, linea_);
         if (TrocearCadena(linea_, palabras_) == 0) continue;

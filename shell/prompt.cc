@@ -6,6 +6,7 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -52,8 +53,18 @@ Generacion Generar(const char *spec, char *texto) {
 } // namespace
 
 const char *UserName() {
-    const struct passwd *usuario = getpwuid(geteuid());
-    return usuario ? usuario->pw_name : "UnknownUser";
+    static char ultimo[LOGIN_NAME_MAX];
+    static uid_t uidUltimo;
+    const uid_t uid = geteuid();
+    errno = 0;
+    if (const struct passwd *usuario = getpwuid(uid)) {
+        uidUltimo = uid;
+        snprintf(ultimo, sizeof ultimo, "%s", usuario->pw_name);
+        return usuario->pw_name;
+    }
+    // Without a descriptor to look it up the user is who it was.
+    const bool sinDescriptor = errno == EMFILE || errno == ENFILE;
+    return sinDescriptor && *ultimo && uid == uidUltimo ? ultimo : "UnknownUser";
 }
 
 const char *MachineName() {

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "base/output.h"
+#include "base/write_all.h"
 
 namespace {
 

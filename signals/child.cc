@@ -1,24 +1,32 @@
 #include "signals/child.h"
 
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
-
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
+#include "signals/dispositions.h"
 
 pid_t Bifurcar() {
+    SincronizarES();
+    // From the fork to the last default action the child may not be interrupted: until then the handlers are
+    // there.
+    sigset_t todas, previa;
+    sigfillset(&todas);
+    sigprocmask(SIG_SETMASK, &todas, &previa);
+    const pid_t pid = fork();
+    if (pid == 0) SoltarManejadores();
+    sigprocmask(SIG_SETMASK, &previa, nullptr);
+    return pid;
+}
+
+pid_t BifurcarShell() {
     SincronizarES();
     return fork();
 }
 
-int EsperarHijo(pid_t pid, int *estado) {
-    int resultado;
-    do resultado = waitpid(pid, estado, 0);
-    while (resultado == -1 && errno == EINTR);
-    return resultado;
-}
+pid_t EsperarHijo(pid_t pid) { return waitpid(pid, nullptr, 0); }
 
 void TerminarHijo() {
     VolcarSalida();

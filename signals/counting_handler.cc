@@ -31,8 +31,10 @@ void handler(int senal) {
     const int motivo = errno; // the interrupted code may be about to tell it
     // In one step: with SA_NODEFER the same signal may interrupt between a read and a write.
     const int veces = __atomic_add_fetch(&cont[senal], 1, __ATOMIC_RELAXED);
-    // A notice that cannot be written is the last one: with PIPE or XFSZ the refusal would bring the next.
-    if (v[senal] && AvisarRecibida(senal, veces, &senal) == -1) v[senal] = 0;
+    // A notice of PIPE or XFSZ that cannot be written is the last one: the refusal itself would bring the
+    // next.
+    if (v[senal] && AvisarRecibida(senal, veces, &senal) == -1 && (senal == SIGPIPE || senal == SIGXFSZ))
+        v[senal] = 0;
     if (r[senal] && (maxreenvios == 0 || cont[senal] < maxreenvios)) kill(getpid(), senal);
     if (delay[senal] > 0) sleep(static_cast<unsigned>(delay[senal]));
     errno = motivo;

@@ -1,8 +1,8 @@
 #include <csignal>
 #include <cstring>
 
-#include "base/input.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
 #include "signals/commands.h"
 #include "signals/dispositions.h"
 #include "signals/signal_names.h"
@@ -60,7 +60,6 @@ void Cmd_sigunmask(char *args[]) {
 }
 
 void Cmd_sigprocmask(char *args[]) {
-    SincronizarES(); // as in sigunmask
     if (!args[0]) {
         MostrarSenalesEnmascaradas();
         return;
@@ -76,6 +75,7 @@ void Cmd_sigprocmask(char *args[]) {
         else
             sigaddset(&senales, senal);
     }
+    SincronizarES(); // as in sigunmask
     if (sigprocmask(operacion, &senales, nullptr) == -1)
         InformarError("Error al establecer senales enmascaradas");
 }

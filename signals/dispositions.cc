@@ -12,6 +12,19 @@ namespace {
 constexpr size_t kTamInfo = 1024;
 constexpr int kMaxMiembro = 32; // the last signal that is looked for in a set
 
+/// The signals that have been given a handler, so that a child need not ask for all of them.
+sigset_t conManejador_;
+bool hayManejadores_;
+
+void Recordar(int senal, bool manejador) {
+    if (!hayManejadores_) sigemptyset(&conManejador_);
+    hayManejadores_ = true;
+    if (manejador)
+        sigaddset(&conManejador_, senal);
+    else
+        sigdelset(&conManejador_, senal);
+}
+
 /// sigprocmask() with a set of the one signal.
 int CambiarMascara(int operacion, int senal) {
     sigset_t solo;
@@ -43,7 +56,15 @@ int InstalarManejadorSenal(int senal, void (*manejador)(int), int flags, const s
         accion.sa_mask = *mascara;
     else
         sigemptyset(&accion.sa_mask);
-    return sigaction(senal, &accion, nullptr);
+    if (sigaction(senal, &accion, nullptr) == -1) return -1;
+    Recordar(senal, manejador != SIG_DFL && manejador != SIG_IGN);
+    return 0;
+}
+
+void SoltarManejadores() {
+    if (!hayManejadores_) return;
+    for (int senal = 1; senal <= kMaxSenal; senal++)
+        if (sigismember(&conManejador_, senal) == 1) InstalarManejadorSenal(senal, SIG_DFL, 0, nullptr);
 }
 
 int EnmascararSenal(int senal) { return CambiarMascara(SIG_BLOCK, senal); }

@@ -8,6 +8,10 @@
 /// sigaction() with this handler, these SA_ flags and this mask (empty when null). Returns what it returned.
 int InstalarManejadorSenal(int senal, void (*manejador)(int), int flags, const sigset_t *mascara);
 
+/// In a child that is not to act as the shell: every signal that InstalarManejadorSenal gave a handler takes
+/// its default action.
+void SoltarManejadores();
+
 int EnmascararSenal(int senal);    ///< blocks the one signal; 0, or -1 (EINVAL: no such signal)
 int DesenmascararSenal(int senal); ///< unblocks it; likewise
 bool EstaEnmascaradaSenal(int senal);

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "base/input.h"
+#include "base/synchronisation.h"
 #include "signals/commands.h"
 
 // Faults on purpose. The operands are volatile: a compiler that saw the null pointer or the zero would drop

@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/held_signals.h"
 #include "base/output.h"
 #include "signals/commands.h"
 #include "signals/counting_handler.h"

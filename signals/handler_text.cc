@@ -1,8 +1,11 @@
 #include "signals/handler_text.h"
 
+#include <unistd.h>
+
 #include <cstdint>
 
-#include "base/output.h"
+#include "base/held_signals.h"
+#include "base/write_all.h"
 
 void TextoManejador::Poner(const char *s) {
     while (*s && n < sizeof texto) texto[n++] = *s++;
@@ -34,4 +37,9 @@ void TextoManejador::PonerDireccion(const void *direccion) {
     Poner(p);
 }
 
-int EscribirAviso(const TextoManejador &aviso) { return EscribirDesdeManejador(aviso.texto, aviso.n); }
+int EscribirAviso(const TextoManejador &aviso) {
+    const Retencion retencion = RetenerSenales();
+    const int resultado = EscribirTodo(STDOUT_FILENO, aviso.texto, aviso.n);
+    DevolverSenales(retencion);
+    return resultado;
+}

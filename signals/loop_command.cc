@@ -5,8 +5,10 @@
 #include <csignal>
 #include <cstring>
 
-#include "base/input.h"
+#include "base/held_signals.h"
 #include "base/output.h"
+#include "base/synchronisation.h"
+#include "base/write_all.h"
 #include "signals/commands.h"
 #include "signals/dispositions.h"
 #include "signals/handler_text.h"
