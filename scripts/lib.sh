@@ -29,7 +29,7 @@ need() {
 }
 
 compiler_packages=(g++=g++ cmake=cmake make=make)
-test_packages=(/usr/include/gtest/gtest.h=libgtest-dev)
+test_packages=(/usr/include/gtest/gtest.h=libgtest-dev python3=python3 rlwrap=rlwrap)
 
 # build PRESET DIRECTORY [TARGET] [CMAKE_OPTION...]: configures when needed and builds with all cores. Prints the
 # log only when it fails.
@@ -41,6 +41,7 @@ build() {
     if ! {
         { [ -f "$dir/Makefile" ] && ! (($#)) ||
             (cd "$root" && cmake --preset "$preset" "$@"); } &&
+            cmake --build "$dir" --target cmake_check_build_system && # learns of targets that are new
             cmake --build "$dir" --target "$target" -j "$(nproc)"
     } </dev/null >"$log" 2>&1; then
         cat "$log" >&2

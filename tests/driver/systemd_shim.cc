@@ -10,7 +10,11 @@
 #include <cstdlib>
 #include <cstring>
 
-__attribute__((constructor)) static void QuitarDelEntorno() { unsetenv("LD_PRELOAD"); }
+// What starts the program, the launcher's script and rlwrap, hands the shim on; the program does not.
+__attribute__((constructor)) static void QuitarDelEntorno() {
+    const char *nombre = program_invocation_short_name;
+    if (strcmp(nombre, "sh") != 0 && strcmp(nombre, "rlwrap") != 0) unsetenv("LD_PRELOAD");
+}
 
 extern "C" int lstat(const char *ruta, struct stat *st) noexcept {
     if (strcmp(ruta, "/run/systemd/system") == 0) {
