@@ -1,7 +1,6 @@
 #include "base/words.h"
 
-#include <cstring>
-
+#include "base/bounded_text.h"
 #include "base/output.h"
 
 int TrocearCadena(char *linea, char *palabras[]) {
@@ -27,18 +26,10 @@ int TrocearCadena(char *linea, char *palabras[]) {
 }
 
 size_t UnirPalabras(char *destino, size_t tam, char *const palabras[]) {
-    size_t largo = 0;
-    const auto poner = [&](const char *texto, size_t n) {
-        if (tam > 0 && largo < tam - 1) {
-            const size_t cabe = n < tam - 1 - largo ? n : tam - 1 - largo;
-            memcpy(destino + largo, texto, cabe);
-        }
-        largo += n;
-    };
+    TextoAcotado texto(destino, tam);
     for (int i = 0; palabras[i]; i++) {
-        if (i > 0) poner(" ", 1);
-        poner(palabras[i], strlen(palabras[i]));
+        if (i > 0) texto.Poner(' ');
+        texto.Poner(palabras[i]);
     }
-    if (tam > 0) destino[largo < tam ? largo : tam - 1] = '\0';
-    return largo;
+    return texto.largo();
 }

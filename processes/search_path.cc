@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/bounded_text.h"
 #include "base/element_list.h"
 
 namespace {
@@ -47,13 +48,12 @@ const char *Ejecutable(const char *nombre) {
     static char candidato[kTamCandidato];
     if (!nombre) return nullptr;
     if (EmpiezaPor(nombre, "/") || EmpiezaPor(nombre, "./") || EmpiezaPor(nombre, "../")) return nombre;
-    const size_t m = strlen(nombre);
     for (const char *dir = PathFirst(); dir; dir = PathNext()) {
-        const size_t n = strlen(dir);
-        if (n + 1 + m >= sizeof candidato) continue; // too long a candidate: the next directory may hold it
-        memcpy(candidato, dir, n);
-        candidato[n] = '/';
-        memcpy(candidato + n + 1, nombre, m + 1);
+        TextoAcotado ruta(candidato, sizeof candidato);
+        ruta.Poner(dir);
+        ruta.Poner('/');
+        ruta.Poner(nombre);
+        if (!ruta.Cabe()) continue; // the next directory may hold it
         struct stat st;
         if (lstat(candidato, &st) == 0) return candidato;
     }

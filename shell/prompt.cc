@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/bounded_text.h"
 #include "base/output.h"
 #include "shell/commands.h"
 
@@ -25,29 +26,20 @@ char especificacion_[kTamPrompt] = "%o@%m{%B}%b%%)%b";
 
 enum class Generacion { Bien, EscapeInvalido, NoCabe };
 
-/// Forms the prompt of `spec` in `texto` (kTamPrompt bytes), cut where it ends. After an escape that does not
+/// Forms the prompt of `spec` in `lugar` (kTamPrompt bytes), cut where it ends. After an escape that does not
 /// exist the text is of no use.
-Generacion Generar(const char *spec, char *texto) {
-    size_t n = 0;
-    bool cabe = true;
+Generacion Generar(const char *spec, char *lugar) {
+    TextoAcotado texto(lugar, kTamPrompt);
     for (; *spec; spec++) {
         if (*spec != '%') {
-            cabe = cabe && n < kTamPrompt - 1;
-            if (cabe) texto[n++] = *spec;
+            texto.Poner(*spec);
             continue;
         }
         const char *trozo = CadenaEquivalente(*++spec);
         if (!trozo) return Generacion::EscapeInvalido;
-        size_t largo = strlen(trozo);
-        if (largo > kTamPrompt - 1 - n) {
-            largo = kTamPrompt - 1 - n;
-            cabe = false;
-        }
-        memcpy(texto + n, trozo, largo);
-        n += largo;
+        texto.Poner(trozo);
     }
-    texto[n] = '\0';
-    return cabe ? Generacion::Bien : Generacion::NoCabe;
+    return texto.Cabe() ? Generacion::Bien : Generacion::NoCabe;
 }
 
 } // namespace

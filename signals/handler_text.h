@@ -1,16 +1,16 @@
 #pragma once
 
-#include <cstddef>
+#include "base/bounded_text.h"
 
-/// A line formed inside a signal handler: no library formatting, which the signal may have interrupted
-/// half-way.
-struct TextoManejador {
-    char texto[160];
-    size_t n = 0;
+/// A line formed inside a signal handler.
+class TextoManejador : public TextoAcotado {
+  public:
+    TextoManejador() : TextoAcotado(linea_, sizeof linea_) {}
+    TextoManejador(const TextoManejador &) = delete; // its text lies in itself
+    TextoManejador &operator=(const TextoManejador &) = delete;
 
-    void Poner(const char *s);         ///< what does not fit is cut
-    void PonerNumero(int valor);       ///< in decimal
-    void PonerDireccion(const void *); ///< as "%p" does
+  private:
+    char linea_[160];
 };
 
 /// Writes the line to descriptor 1 in one piece. Async-signal-safe. Returns 0, or -1 with the `errno` of
