@@ -10,7 +10,7 @@ add_executable(word_list EXCLUDE_FROM_ALL launcher/word_list.cc)
 target_link_libraries(word_list PRIVATE core options)
 set_target_properties(word_list PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/launcher)
 set(launcher_build_data ${CMAKE_BINARY_DIR}/share/shell-docente)
-file(MAKE_DIRECTORY ${launcher_build_data})
+file(MAKE_DIRECTORY ${launcher_build_data} ${CMAKE_BINARY_DIR}/bin)
 add_custom_command(OUTPUT ${launcher_build_data}/palabras
   COMMAND word_list > ${launcher_build_data}/palabras DEPENDS word_list VERBATIM)
 if(NOT CMAKE_CROSSCOMPILING OR CMAKE_CROSSCOMPILING_EMULATOR)
