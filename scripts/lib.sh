@@ -29,7 +29,7 @@ need() {
 }
 
 compiler_packages=(g++=g++ cmake=cmake make=make)
-test_packages=(/usr/include/gtest/gtest.h=libgtest-dev python3=python3 rlwrap=rlwrap)
+test_packages=(/usr/include/gtest/gtest.h=libgtest-dev python3=python3 ps=procps rlwrap=rlwrap)
 
 # build PRESET DIRECTORY [TARGET] [CMAKE_OPTION...]: configures when needed and builds with all cores. Prints the
 # log only when it fails.
