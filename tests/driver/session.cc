@@ -239,13 +239,11 @@ std::string Sesion::EsperarPrompt() {
     return texto.substr(0, texto.ends_with(kMarca) ? texto.size() - kMarca.size() : texto.size());
 }
 
-void Sesion::EsperarTuberiaLlena() {
+void Sesion::EsperarEscrituraParada(int bytes) {
     const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
     const std::string estado = "/proc/" + std::to_string(pid_) + "/stat";
-    const int capacidad = fcntl(salida_, F_GETPIPE_SZ);
     int dentro = 0;
-    // Asleep with a pipe that may still hold a line: only in the write of that line.
-    while (dentro < capacidad - 128 || LeerFichero(estado).find(") S ") == std::string::npos) {
+    while (dentro < bytes || LeerFichero(estado).find(") S ") == std::string::npos) {
         ASSERT_LT(Reloj::now(), plazo) << "the output did not fill its pipe";
         ioctl(salida_, FIONREAD, &dentro);
     }

@@ -71,8 +71,9 @@ class Sesion : public Programa {
     std::string Linea(const std::string &linea);
     /// Reads up to the next prompt.
     std::string EsperarPrompt();
-    /// Waits until the output pipe is full: the program is held up in a write.
-    void EsperarTuberiaLlena();
+    /// Waits until the program sleeps with so many bytes in its narrow output pipe that it can only be held
+    /// up in a write.
+    void EsperarEscrituraParada(int bytes);
 };
 
 /// A program on a pseudo-terminal (one that adds no carriage returns).

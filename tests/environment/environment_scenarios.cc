@@ -44,6 +44,9 @@ TEST(Environment, StaticBufferShowsTheLastChangeWhateverTheOrder) {
             s.Linea("changevarWrong " + caso.substr(0, 2) + " -ms " + caso[2 + i] + " " + std::to_string(i));
         const std::string todo = s.Linea("showenv"), ultima = std::string(") ") + caso[3] + "=1\n";
         EXPECT_NE(todo.find(ultima), todo.rfind(ultima)) << todo; // by both names
+        // The name that no entry shows any more finds its place all the same.
+        EXPECT_FALSE(
+            Contiene(s.Linea("changevarWrong " + caso.substr(0, 2) + " -ms " + caso[2] + " 2"), "Imposible"));
     }
 }
 
@@ -79,6 +82,10 @@ TEST(Environment, NamesAndTextsStayWithinTheirRoom) {
     const std::string todo = s.Linea("showenv");
     for (const std::string &entrada : {"LARGA=" + larga, "T=" + v509, std::string("SITIO=abcdefghij")})
         EXPECT_TRUE(Contiene(todo, ") " + entrada + "\n")) << entrada;
+    std::string cambios; // more than exit will release
+    for (int i = 0; i <= 4096; i++) cambios += "changevar -p CUENTA " + std::to_string(i) + "\n";
+    const std::string salida = Ejecutar(cambios + "showvar CUENTA\n").salida;
+    EXPECT_TRUE(Contiene(salida, "CUENTA=4096(") && !Contiene(salida, "Imposible"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tests/driver/session.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -60,10 +61,23 @@ TEST(Input, AClosedOutputOrInputEndsNothingBadly) {
     Resultado r = Ejecutar("pid\npid\npid\n", o);
     EXPECT_EQ(r.estado, 0);
     EXPECT_EQ(std::count(r.errores.begin(), r.errores.end(), '\n'), 1) << r.errores;
+    o.antesDeExec = [] { dup2(open("/", O_RDONLY), 0); };
+    r = Ejecutar("", o);
+    EXPECT_EQ(r.estado, 0);
+    EXPECT_EQ(r.errores, "Imposible leer la entrada: Is a directory\n");
+    EXPECT_EQ(Ejecutar("close f.txt\n", o).estado, 0); // 0 is what f.txt reads as
     o.antesDeExec = [] { close(0); };
     r = Ejecutar("", o);
     EXPECT_EQ(r.estado, 0);
     EXPECT_TRUE(r.salida.ends_with("%) ")) << r.salida;
+}
+
+TEST(Input, FromTheFileThatIsAlsoTheOutputBothMoveTheOneOffset) {
+    DirectorioTemporal d;
+    EscribirFichero(d / "f", "dup2 3 1\n#authors -l\n" + std::string(60, ' ') + "\n");
+    Ejecutar("prompt =\nopen f rw\ndup2 3 0\n", {.directorio = d.ruta(), .entradaFichero = true});
+    const std::string escrito = "dup2 3 1\n=authors -l\nlogin del autor1\nlogin del autor2\n=  ";
+    EXPECT_EQ(LeerFichero(d / "f").substr(0, escrito.size()), escrito);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "tests/driver/session.h"
 
 #include <pwd.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -72,6 +73,15 @@ TEST(Prompt, SurvivesALostDirectoryAndAnUnknownUser) {
     rmdir(o.directorio.c_str());
     EXPECT_EQ(Generado(&s, "%B,%d,%D"), "UnknownDir,UnknownDir,UnknownDir");
     EXPECT_EQ(s.Linea("pwd"), "imposible obtener directorio actual: No such file or directory\n");
+    o = {.antesDeExec = [] {
+        const struct rlimit cuatro = {4, 4};
+        setrlimit(RLIMIT_NOFILE, &cuatro);
+    }};
+    Sesion lleno(o); // without a descriptor left to read the user database the user stays
+    const std::string usuario = Generado(&lleno, "%u");
+    lleno.Linea("open /");
+    EXPECT_NE(lleno.Linea("open /").find("Too many open files"), std::string::npos);
+    EXPECT_EQ(Generado(&lleno, "%u"), usuario);
     if (geteuid() != 0) return; // only root starts programs as a user without an entry
     o.directorio = "/";
     o.uid = 54321;

@@ -150,7 +150,7 @@ TEST(Handler, AStormOfSignalsLosesAndMixesNoLine) {
     EXPECT_EQ(s.Linea("sigmask"), "  SENALES ENMASCARADAS: \n"); // what was held off has been let go
 }
 
-TEST(Handler, ANoticeThatCannotBeWrittenIsTheLast) {
+TEST(Handler, ANoticeThatCannotBeWrittenIsTheLastWhereItWouldBringTheNext) {
     Opciones o;
     o.salidaFichero = o.erroresAparte = true;
     o.antesDeExec = [] {
@@ -158,6 +158,14 @@ TEST(Handler, ANoticeThatCannotBeWrittenIsTheLast) {
         setrlimit(RLIMIT_FSIZE, &corto);
     };
     EXPECT_EQ(Ejecutar("sighandler -show -Frestart XFSZ\nhelp -all\nexit\n", o).estado, 0);
+    // Only of the two signals that a refusal sends; any other shows itself again as soon as it can.
+    DirectorioTemporal d;
+    EscribirFichero(d / "avisa", "kill -USR1 $PPID\n");
+    EXPECT_NE(Ejecutar("sighandler -show -Frestart USR1\ninitredir\nredout /dev/full\nfg /bin/sh avisa\n"
+                       "redout -reset\nfg /bin/sh avisa\n",
+                       {.directorio = d.ruta()})
+                  .salida.find("Recibida senal USR1 2 veces"),
+              std::string::npos);
 }
 
 TEST(Handler, ASignalThatWasWaitingComesAfterAllThatWasPrinted) {
@@ -167,17 +175,38 @@ TEST(Handler, ASignalThatWasWaitingComesAfterAllThatWasPrinted) {
         Opciones o;
         o.directorio = d.ruta();
         o.entradaFichero = o.salidaFichero = fichero;
-        const std::string salida = Ejecutar("sighandler -show USR1\nsigmask USR1\nfg /bin/sh avisa\n"
-                                            "authors -l\nsigunmask USR1\nauthors -n\n"
-                                            "fg /bin/sh avisa\nauthors\n",
-                                            o)
-                                       .salida;
+        const std::string salida =
+            Ejecutar("sighandler -show -Frestart USR1\nsigmask USR1\nfg /bin/sh avisa\n"
+                     "authors -l\nsigunmask USR1\nauthors -n\n"
+                     "fg /bin/sh avisa\nauthors\n",
+                     o)
+                .salida;
         size_t pos = 0; // the second time the signals interrupt the wait for the program, which goes on
         for (const char *texto : {"avisado\n", "login del autor2\n", "Recibida senal USR1 1 ",
                                   "Nombre del autor2\n", "avisado\n", "autor2: login del autor2\n"}) {
             pos = salida.find(texto, pos);
             ASSERT_NE(pos, std::string::npos) << texto << salida;
         }
+    }
+    // The names are told before the call that lets the signal in, which ends the shell.
+    EscribirFichero(d / "fin", "kill -TERM $PPID\n");
+    const Resultado r =
+        Ejecutar("sigmask TERM\n/bin/sh fin\nsigprocmask -unblock NADA TERM\n", {.directorio = d.ruta()});
+    EXPECT_TRUE(WIFSIGNALED(r.estado) && r.salida.ends_with("Senal desconocida NADA\n")) << r.salida;
+}
+
+TEST(Handler, WithoutRestartEndsTheWaitForAProgramAndThePromptComesBack) {
+    DirectorioTemporal d;
+    EscribirFichero(d / "insiste", "until [ -e visto ]; do kill -USR1 $PPID; done\n");
+    for (const char *linea : {"fg /bin/sh insiste", "pipe /bin/sh insiste % /bin/sh insiste"}) {
+        unlink((d / "visto").c_str());
+        Sesion s({.directorio = d.ruta()});
+        s.Linea("usesignals on");
+        s.Linea("sighandler USR1");
+        s.Linea(linea); // the program goes on until it is told that the prompt has been seen
+        EscribirFichero(d / "visto", "");
+        s.Enviar("exit\n");
+        EXPECT_EQ(s.EsperarFin(), 0) << linea;
     }
 }
 

@@ -65,7 +65,7 @@ TEST(Recovery, AJumpOutOfAHandlersWriteLetsTheHeldSignalsGo) {
     s.Linea("sighandler -show -resend -Frestart USR1");
     s.Linea("sighandler -show -Frestart USR2");
     kill(s.pid(), SIGUSR1);
-    s.EsperarTuberiaLlena();
+    s.EsperarEscrituraParada(3968);
     kill(s.pid(), SIGSEGV);
     s.Esperar("Shell restaurado a su estado al pricipio de main\n");
     s.EsperarPrompt();
@@ -74,6 +74,33 @@ TEST(Recovery, AJumpOutOfAHandlersWriteLetsTheHeldSignalsGo) {
     s.Esperar("  SENALES ENMASCARADAS: ");
     const std::string bloqueadas = s.Esperar("\n");
     EXPECT_TRUE(bloqueadas == "USR1 SEGV \n" || bloqueadas == "SEGV \n") << bloqueadas;
+}
+
+TEST(Recovery, AJumpOutOfAWriteThatWaitsPrintsEachByteOnce) {
+    if (access("/proc/self/stat", R_OK) == -1) GTEST_SKIP() << "no /proc to tell when the program sleeps";
+    Sesion s({.salidaEstrecha = true});
+    s.Linea("protectsegv");
+    const std::string volcado = "memdump " + Direccion(s.Linea("malloc 5000")) + " 5000";
+    const std::string texto = s.Linea(volcado);
+    s.Enviar(volcado + "\n");
+    s.EsperarEscrituraParada(1); // pieces go into an empty page only
+    kill(s.pid(), SIGSEGV);
+    const std::string salida = s.EsperarPrompt();
+    const std::string antes = salida.substr(0, salida.find("Manejada senal SEGV"));
+    EXPECT_TRUE(antes.size() > 4096 && texto.starts_with(antes)) << salida;
+}
+
+TEST(Recovery, AFaultInAChildBeforeItsProgramEndsTheChild) {
+    SALTAR_SI_SANEADO();
+    Sesion s;
+    s.Linea("protectsegv");
+    s.Linea("sighandler -show SIGBUS");
+    s.Linea("memfill " + Direccion(s.Linea("showenv -addr")) + " 8 'A'"); // the first entry leads nowhere
+    const std::string pid = s.Linea("pid");
+    for (const char *linea : {"ls", "fg ls", "back ls", "pipe ls % ls", "fgpri 1 ls", "mem -pmap"}) {
+        EXPECT_EQ(s.Linea(linea), "") << linea;
+        EXPECT_EQ(s.Linea("pid"), pid) << linea;
+    }
 }
 
 TEST(Loop, EndsWithTheFirstInterruptAndTheShellWithTheSecond) {
