@@ -7,7 +7,7 @@
 #include "base/output.h"
 #include "environment/commands.h"
 #include "environment/credentials.h"
-#include "files/file_details.h"
+#include "files/owner_names.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "base/descriptor.h"
 #include "base/output.h"
 #include "files/commands.h"
-#include "files/file_details.h"
+#include "files/directory.h"
 
 namespace {
 

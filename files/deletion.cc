@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <utility>
 
 #include "base/descriptor.h"
 #include "base/failure.h"
@@ -31,37 +32,24 @@ constexpr int kSoloBuscar = O_SEARCH; // to look names up, a directory need not 
 constexpr int kSoloBuscar = O_PATH;
 #endif
 
-/// A directory that is being emptied. Owns `dir`.
+/// A directory that is being emptied.
 struct Nivel {
-    Nivel *padre; // the directory above it in the tree; null at the top
-    DIR *dir;     // null while descriptors are too short for it to stay open
-    int profundidad;
+    Nivel *padre;   // the directory above it in the tree; null at the top
+    Directorio dir; // closed while descriptors are too short for it to stay open
+    int profundidad = padre ? padre->profundidad + 1 : 1;
     dev_t dispositivo = 0; // which directory it is; known once it has been closed
     ino_t inodo = 0;
-
-    Nivel(Nivel *nivelPadre, DIR *abierto)
-        : padre(nivelPadre), dir(abierto), profundidad(nivelPadre ? nivelPadre->profundidad + 1 : 1) {}
-    Nivel(const Nivel &) = delete;
-    Nivel &operator=(const Nivel &) = delete;
-    ~Nivel() { Cerrar(); }
-
-    int df() const { return dirfd(dir); }
-
-    void Cerrar() {
-        const Directorio cerrar(dir);
-        dir = nullptr;
-    }
 };
 
 /// Closes the directories above `nivel`, to be opened again on the way up. Returns whether there were any.
 bool CerrarAntepasados(const Nivel *nivel) {
     bool alguno = false;
-    for (Nivel *n = nivel->padre; n && n->dir; n = n->padre) {
+    for (Nivel *n = nivel->padre; n && n->dir.Abierto(); n = n->padre) {
         struct stat st;
-        if (fstat(n->df(), &st) == -1) break;
+        if (fstat(n->dir.df(), &st) == -1) break;
         n->dispositivo = st.st_dev;
         n->inodo = st.st_ino;
-        n->Cerrar();
+        n->dir.Cerrar();
         alguno = true;
     }
     return alguno;
@@ -71,9 +59,9 @@ bool CerrarAntepasados(const Nivel *nivel) {
 /// directory above it must be the one that was closed.
 int ReabrirPadre(const Nivel *hijo) {
     Nivel *padre = hijo->padre;
-    padre->dir = AbrirDirectorioEn(hijo->df(), "..");
+    padre->dir = AbrirDirectorioEn(hijo->dir.df(), "..");
     struct stat st;
-    if (!padre->dir || fstat(padre->df(), &st) == -1) return -1;
+    if (!padre->dir.Abierto() || fstat(padre->dir.df(), &st) == -1) return -1;
     return st.st_dev == padre->dispositivo && st.st_ino == padre->inodo ? 0 : Fallo(ESTALE);
 }
 
@@ -82,39 +70,38 @@ int Vaciar(Nivel *nivel);
 /// Deletes the subdirectory `nombre` of `nivel`.
 int BorrarSubdirectorio(Nivel *nivel, const char *nombre) {
     if (nivel->profundidad >= ProfundidadPosible()) return Fallo(ENAMETOOLONG);
-    DIR *dir = AbrirDirectorioEn(nivel->df(), nombre);
-    if (!dir && (errno == EMFILE || errno == ENFILE) && CerrarAntepasados(nivel))
-        dir = AbrirDirectorioEn(nivel->df(), nombre);
-    if (!dir) return -1;
-    Nivel hijo(nivel, dir);
+    Directorio dir = AbrirDirectorioEn(nivel->dir.df(), nombre);
+    if (!dir.Abierto() && (errno == EMFILE || errno == ENFILE) && CerrarAntepasados(nivel))
+        dir = AbrirDirectorioEn(nivel->dir.df(), nombre);
+    if (!dir.Abierto()) return -1;
+    Nivel hijo = {nivel, std::move(dir)};
     if (Vaciar(&hijo) == -1) return -1;
     // Closed meanwhile, with the entry that holds `nombre`: read from its start, it gives the entry again.
-    if (!nivel->dir) return ReabrirPadre(&hijo);
-    hijo.Cerrar();
-    return unlinkat(nivel->df(), nombre, AT_REMOVEDIR);
+    if (!nivel->dir.Abierto()) return ReabrirPadre(&hijo);
+    hijo.dir.Cerrar();
+    return unlinkat(nivel->dir.df(), nombre, AT_REMOVEDIR);
 }
 
 /// Deletes everything in the directory `nivel`, which is open then unless that failed.
 int Vaciar(Nivel *nivel) {
-    for (;;) {
-        errno = 0;
-        const dirent *entrada = readdir(nivel->dir);
-        if (!entrada) return errno == 0 ? 0 : -1;
+    while (const dirent *entrada = nivel->dir.Siguiente()) {
         const char *nombre = entrada->d_name;
         if (EsPuntoOPuntoPunto(nombre)) continue;
-        const int resultado = EntradaEsDirectorio(nivel->df(), entrada) ? BorrarSubdirectorio(nivel, nombre)
-                                                                        : unlinkat(nivel->df(), nombre, 0);
+        const int resultado = EntradaEsDirectorio(nivel->dir.df(), entrada)
+                                  ? BorrarSubdirectorio(nivel, nombre)
+                                  : unlinkat(nivel->dir.df(), nombre, 0);
         if (resultado == -1) return -1;
     }
+    return errno == 0 ? 0 : -1;
 }
 
 /// Deletes the directory `nombre` of the directory open as `df`.
 int BorrarDirectorioEn(int df, const char *nombre) {
     // rmdir refuses these names; it is asked before everything else is gone, not after.
     if (EsPuntoOPuntoPunto(nombre)) return unlinkat(df, nombre, AT_REMOVEDIR);
-    Nivel nivel(nullptr, AbrirDirectorioEn(df, nombre));
-    if (!nivel.dir || Vaciar(&nivel) == -1) return -1;
-    nivel.Cerrar();
+    Nivel nivel = {nullptr, AbrirDirectorioEn(df, nombre)};
+    if (!nivel.dir.Abierto() || Vaciar(&nivel) == -1) return -1;
+    nivel.dir.Cerrar();
     return unlinkat(df, nombre, AT_REMOVEDIR);
 }
 

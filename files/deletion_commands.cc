@@ -5,7 +5,7 @@
 #include "base/output.h"
 #include "files/commands.h"
 #include "files/deletion.h"
-#include "files/file_details.h"
+#include "files/directory.h"
 
 namespace {
 

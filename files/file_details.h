@@ -1,6 +1,5 @@
 #pragma once
 
-#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <ctime>
@@ -14,27 +13,8 @@ char TipoFichero(mode_t modo);
 /// Type letter, nine permission letters and a blank.
 const char *Permisos(mode_t modo);
 
-/// The user's login name, " ??????" when unknown.
-const char *NombreUsuario(uid_t uid);
-
-/// The group's name, "??????" when unknown.
-const char *NombreGrupo(gid_t gid);
-
-/// Local time as 2024/03/05-14:07, in the time zone as IniciarDetalles (or any other reader of TZ) last found
-/// it.
-const char *Fecha2(time_t t);
-
-/// Local date as 05/03/2024.
-const char *ConvertirDia(time_t t);
-
-/// Local time as 14:07:09.
-const char *ConvertirHora(time_t t);
-
 /// Modification time of `ruta` (a link's own), or -1 when its status cannot be had.
 time_t FechaFichero(const char *ruta);
-
-/// 1 when `ruta` itself is a directory, else 0, also when its status cannot be had.
-int EsDirectorio(const char *ruta);
 
 /// Prepares for the lines of one command: names and time zone are looked up once in a command, and anew in
 /// the next, so that a change shows; standard output is written out, so that the size of its file is that of
@@ -43,8 +23,5 @@ void IniciarDetalles();
 
 /// The line of file `nombre`, taken from the directory open as `dir` (AT_FDCWD for a name that the user
 /// typed): short or long form, with the target of a link when `link`, with the access date when `acc`. A file
-/// whose status cannot be had gives a line that says why.
+/// whose status cannot be had gives a line that says why. What does not fit in 4095 characters is cut.
 const char *DetallesFichero(int corto, int dir, const char *nombre, int link, int acc);
-
-/// Prints the current directory; nothing when it cannot be had.
-void PrintDirActual();

@@ -5,25 +5,17 @@
 
 #include "base/output.h"
 #include "files/commands.h"
+#include "files/directory.h"
 #include "files/file_details.h"
 #include "files/listing.h"
 
 namespace {
 
-/// What the leading option words of a listing command ask for.
-struct Opciones {
-    int corto = 1;
-    int link = 0;
-    int acc = 0;
-    int hid = 0;
-    int rec = 0;
-};
-
 /// Which options a command knows besides -long, -link and -acc.
 enum { kSoloComunes = 0, kConOcultos = 1, kConRecursion = 2 };
 
 /// Reads the options from the first word on. Returns the list of the names that follow them.
-char **LeerOpciones(char *args[], int conocidas, Opciones *o) {
+char **LeerOpciones(char *args[], int conocidas, OpcionesListado *o) {
     for (; *args; args++) {
         if (strcmp(*args, "-long") == 0)
             o->corto = 0;
@@ -43,13 +35,13 @@ char **LeerOpciones(char *args[], int conocidas, Opciones *o) {
     return args;
 }
 
-void ImprimirDetalles(const char *nombre, const Opciones &o) {
+void ImprimirDetalles(const char *nombre, const OpcionesListado &o) {
     EscribirTexto(DetallesFichero(o.corto, AT_FDCWD, nombre, o.link, o.acc));
     EscribirTexto("\n");
 }
 
 void ListarNombres(char *args[], int conocidas, int recursion) {
-    Opciones o;
+    OpcionesListado o;
     o.rec = recursion;
     char **nombres = LeerOpciones(args, conocidas, &o);
     if (!*nombres) {
@@ -60,7 +52,7 @@ void ListarNombres(char *args[], int conocidas, int recursion) {
     for (; *nombres; nombres++) {
         if (!EsDirectorio(*nombres))
             ImprimirDetalles(*nombres, o);
-        else if (ListarDirectorio({AT_FDCWD, *nombres, *nombres}, o.corto, o.hid, o.rec, o.link, o.acc) == -1)
+        else if (ListarDirectorio({AT_FDCWD, *nombres, *nombres}, o) == -1)
             Imprimir("Error al listar directorio %s:%s\n", *nombres, strerror(errno));
     }
 }
@@ -68,7 +60,7 @@ void ListarNombres(char *args[], int conocidas, int recursion) {
 } // namespace
 
 void Cmd_stat(char *args[]) {
-    Opciones o;
+    OpcionesListado o;
     char **nombres = LeerOpciones(args, kSoloComunes, &o);
     if (!*nombres) {
         PrintDirActual();

@@ -1,25 +1,12 @@
 #include "memfs/file_system.h"
 
-#include <cstdio>
 #include <cstring>
 
+#include "base/dates.h"
 #include "base/failure.h"
 #include "base/output.h"
 
 namespace {
-
-/// The text of ctime() without its newline; the bare number for a year that has no such text. The caller has
-/// called tzset(), which ctime() would do again for each file.
-const char *TextoFecha(time_t t) {
-    static char texto[26];
-    constexpr int kUltimoAnio = 9999 - 1900;
-    struct tm tm;
-    if (localtime_r(&t, &tm) && tm.tm_year >= -1900 && tm.tm_year <= kUltimoAnio && asctime_r(&tm, texto))
-        texto[strcspn(texto, "\n")] = '\0';
-    else
-        snprintf(texto, sizeof texto, "%lld", static_cast<long long>(t));
-    return texto;
-}
 
 /// Whether files i and later, and what their places are computed from, stay within the data area when i is
 /// taken out, and the free bytes too.
@@ -119,7 +106,7 @@ int FormatearSF(void *dir, uint32_t capacidad, uint64_t tam) {
 }
 
 void ListarSF(SF *sf) {
-    tzset();
+    LeerZonaHoraria();
     Imprimir("SF de %u bytes con capacidad para %u ficheros %s\n", sf->tamTotal, sf->capacidad,
              TextoFecha(sf->fecha));
     Imprimir("      %u bytes desponibles. Total %u fichero(s) \n", sf->libres, sf->numFicheros);

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/dates.h"
 #include "base/failure.h"
 #include "base/output.h"
 
@@ -144,14 +145,6 @@ void *DireccionNodoMmap(const ListaBloquesMemoria *lista, const char *fichero) {
     return DireccionNodo(lista, BuscarNodoMmap(lista, fichero));
 }
 
-const char *ponFecha(time_t t) {
-    static char sinFecha[] = "??? ?? ??:??"; // a year beyond what ctime can write
-    char *fecha = ctime(&t);
-    if (!fecha) return sinFecha;
-    fecha[16] = '\0';
-    return fecha + 4;
-}
-
 void PrintElement(const NodoBloque *nodo) {
     Imprimir("%20p  %15llu %s", nodo->direccion, nodo->tamano, ponFecha(nodo->fecha));
     const long clave = nodo->clave;
@@ -175,6 +168,7 @@ void PrintListHeader(const ListaBloquesMemoria *, int tipos) {
 
 void PrintList(const ListaBloquesMemoria *lista, int tipos) {
     PrintListHeader(lista, tipos);
+    LeerZonaHoraria();
     for (int i = 0; i < lista->num; i++)
         if (lista->nodos[i]->tipo & tipos) PrintElement(lista->nodos[i]);
 }

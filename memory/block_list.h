@@ -79,9 +79,7 @@ void *DireccionNodoMalloc(const ListaBloquesMemoria *lista, unsigned long long t
 void *DireccionNodoShared(const ListaBloquesMemoria *lista, int clave);
 void *DireccionNodoMmap(const ListaBloquesMemoria *lista, const char *fichero);
 
-/// Local time as "Nov 16 17:12": always 12 characters, valid until the next call.
-const char *ponFecha(time_t t);
-
+/// Prints the line of a node. LeerZonaHoraria() has been called.
 void PrintElement(const NodoBloque *nodo);
 
 /// Prints the heading of the list of one kind, or of the complete list for any other mask.

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/dates.h"
 #include "base/failure.h"
 #include "base/output.h"
 #include "base/words.h"
@@ -18,9 +19,9 @@ ListaProcesos LP;
 
 namespace {
 
-void ImprimirLinea(const RegistroProceso *registro, const char *usuario, const char *cuando) {
+void ImprimirLinea(const RegistroProceso *registro, const char *usuario) {
     const int prioridad = getpriority(PRIO_PROCESS, static_cast<id_t>(registro->pid));
-    Imprimir("%6d %s p=%d %s %s (%s) %s\n", registro->pid, usuario, prioridad, cuando,
+    Imprimir("%6d %s p=%d %s %s (%s) %s\n", registro->pid, usuario, prioridad, fecha(registro->lanzamiento),
              nombreEstado(registro->estado),
              registro->estado == SENALADO ? NombreSenal(registro->valor) : valorEstado(registro->valor),
              registro->linea ? registro->linea : "NULL");
@@ -141,31 +142,20 @@ const char *nombreUsuario(uid_t uid) {
     return nombre;
 }
 
-const char *fecha(time_t t) {
-    static char texto[256];
-    struct tm tm = {};
-    tzset();
-    localtime_r(&t, &tm);
-    snprintf(texto, sizeof texto, "%4d/%02d/%02d %02d:%02d:%d", tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday,
-             tm.tm_hour, tm.tm_min, tm.tm_sec);
-    return texto;
-}
-
 void imprimirProceso(const RegistroProceso *registro) {
-    ImprimirLinea(registro, nombreUsuario(registro->uid), fecha(registro->lanzamiento));
+    ImprimirLinea(registro, nombreUsuario(registro->uid));
 }
 
 void ImprimirListaProcesos(const ListaProcesos *lista, int mascara) {
     const RegistroProceso *anterior = nullptr;
-    const char *usuario = nullptr, *cuando = nullptr;
+    const char *usuario = nullptr;
+    LeerZonaHoraria();
     for (int i = 0; i < lista->num; i++) {
         const RegistroProceso *registro = &lista->registros[i];
         if (!(estadoProceso(registro) & mascara)) continue;
-        // Neighbours mostly share them: the user database and the time zone are not read for each line.
+        // Neighbours mostly share theirs: the user database is not read for each line.
         if (!anterior || registro->uid != anterior->uid) usuario = nombreUsuario(registro->uid);
-        if (!anterior || registro->lanzamiento != anterior->lanzamiento)
-            cuando = fecha(registro->lanzamiento);
-        ImprimirLinea(registro, usuario, cuando);
+        ImprimirLinea(registro, usuario);
         anterior = registro;
     }
 }
@@ -174,6 +164,7 @@ int MostrarProcesoPid(ListaProcesos *lista, pid_t pid) {
     const int pos = BuscarProcesoPid(lista, pid);
     if (pos == -1) return -1;
     actualizarProceso(&lista->registros[pos]);
+    LeerZonaHoraria();
     imprimirProceso(&lista->registros[pos]);
     return 0;
 }

@@ -70,10 +70,12 @@ int VaciarListaProcesos(ListaProcesos *lista); ///< removes every record
 // Texts; each is valid until the next call of the same function.
 const char *nombreEstado(int estado);
 const char *valorEstado(int valor);
-const char *nombreUsuario(uid_t uid); ///< in 11 columns, or as long as the login is
-const char *fecha(time_t t);
 
-void imprimirProceso(const RegistroProceso *registro); ///< prints its line
+/// The login in 11 columns, or whole when it is longer, or "uid" and the number. Not to be confused with
+/// NombreUsuario (files/owner_names.h), the bare name.
+const char *nombreUsuario(uid_t uid);
+
+void imprimirProceso(const RegistroProceso *registro); ///< prints its line, after a LeerZonaHoraria()
 void ImprimirListaProcesos(const ListaProcesos *lista, int mascara);
 
 /// Polls the record of `pid` and prints it. Returns 0, or -1: ESRCH.

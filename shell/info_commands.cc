@@ -4,8 +4,9 @@
 #include <cstring>
 #include <ctime>
 
+#include "base/dates.h"
 #include "base/output.h"
-#include "files/file_details.h"
+#include "files/directory.h"
 #include "shell/commands.h"
 #include "shell/executable_date.h"
 
@@ -15,8 +16,14 @@ namespace {
 
 constexpr char kVersion[] = "4.L.12";
 
-void LineaDia() { Imprimir("%s\n", ConvertirDia(time(nullptr))); }
-void LineaHora() { Imprimir("%s\n", ConvertirHora(time(nullptr))); }
+/// The present time, to be shown in the zone of now.
+time_t Ahora() {
+    LeerZonaHoraria();
+    return time(nullptr);
+}
+
+void LineaDia() { Imprimir("%s\n", ConvertirDia(Ahora())); }
+void LineaHora() { Imprimir("%s\n", ConvertirHora(Ahora())); }
 
 } // namespace
 
@@ -31,7 +38,7 @@ void Cmd_authors(char *args[]) {
 
 void Cmd_fecha(char *args[]) {
     if (!args[0]) {
-        const time_t ahora = time(nullptr); // one instant for both lines, midnight or not
+        const time_t ahora = Ahora(); // one instant for both lines, midnight or not
         Imprimir("%s\n%s\n", ConvertirHora(ahora), ConvertirDia(ahora));
     } else if (strcmp(args[0], "-d") == 0) {
         LineaDia();
@@ -64,8 +71,10 @@ void Cmd_infosys(char *[]) {
 
 void Cmd_version(char *args[]) {
     Imprimir("%s del shell %s ", args[-1], kVersion);
-    if (FechaEjecutable != -1)
+    if (FechaEjecutable != -1) {
+        LeerZonaHoraria();
         Imprimir("Fecha ejecutable: %s, %s", ConvertirDia(FechaEjecutable), ConvertirHora(FechaEjecutable));
+    }
     EscribirTexto("\n");
 }
 
