@@ -1,3 +1,6 @@
+// The commands that run a program: in place of the shell (execute...), in a child that is waited for (fg...)
+// or in one that is recorded (back...).
+
 #include <cstdlib>
 
 #include "base/output.h"

@@ -1,3 +1,6 @@
+// The commands that look at the background processes. Only they ask the system for news: there is no SIGCHLD
+// handler.
+
 #include <sys/wait.h>
 
 #include <cstdlib>

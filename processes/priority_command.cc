@@ -1,3 +1,5 @@
+// priority: the nice value of a process, where -1 is an answer too and only errno tells it from a failure.
+
 #include <sys/resource.h>
 #include <unistd.h>
 

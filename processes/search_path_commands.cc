@@ -1,3 +1,5 @@
+// search: the directories in which the shell looks for programs, shown and changed.
+
 #include <cerrno>
 #include <cstring>
 

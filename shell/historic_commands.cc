@@ -1,3 +1,5 @@
+// historic and command: the lines that were run, shown, forgotten and run again.
+
 #include <climits>
 #include <cstdlib>
 #include <cstring>

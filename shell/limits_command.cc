@@ -1,3 +1,5 @@
+// limits: the resource limits of the process, soft and hard.
+
 #include <sys/resource.h>
 
 #include <cerrno>

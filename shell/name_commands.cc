@@ -1,3 +1,5 @@
+// abbrev and checkalias: by which names a command can be called.
+
 #include <cstring>
 
 #include "base/output.h"

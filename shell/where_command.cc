@@ -1,3 +1,6 @@
+// where: whether a word is a command of the shell or a program, and which one. It stands on this floor
+// because it knows both the command table and the search path.
+
 #include "base/output.h"
 #include "processes/search_path.h"
 #include "shell/command_names.h"

@@ -1,3 +1,6 @@
+// What the process does with its signals, shown and changed one system call at a time: sigaction for the
+// dispositions, sigprocmask for the mask.
+
 #include <csignal>
 #include <cstring>
 

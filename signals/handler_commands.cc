@@ -1,3 +1,6 @@
+// The commands that install the counting handler (counting_handler.h), count its runs and bound its
+// resending.
+
 #include <cstdlib>
 #include <cstring>
 
