@@ -129,7 +129,7 @@ class Ejecucion:
 
 
 def comprobar_hoja(camino, programa):
-    """Runs one sheet. Falla, notacion.Error or OSError when something is wrong; else the number of steps."""
+    """Runs one sheet. Falla or notacion.Error when something is wrong; else the number of steps."""
     hoja = notacion.leer(camino)
     with Conductor(programa, os.path.splitext(os.path.basename(camino))[0]) as conductor:
         try:
@@ -172,9 +172,6 @@ def _una(camino, programa):
         pasos = comprobar_hoja(camino, programa)
     except notacion.Error as motivo:
         print(f"mal escrita  {motivo}")
-        return 2
-    except OSError as motivo:
-        print(f"ilegible     {camino}: {motivo.strerror or motivo}")
         return 2
     except Falla as motivo:
         print(f"FALLA        {motivo}")

@@ -55,8 +55,8 @@ class Conductor:
 
     def __exit__(self, *_):
         try:
-            for terminal in self.terminales.values():
-                terminal.cerrar()
+            for nombre in list(self.terminales):
+                self.terminales.pop(nombre).cerrar()
             self._recoger_procesos()
             for ident in self._segmentos_propios():
                 _libc.shmctl(ident, _IPC_RMID, None)
@@ -207,8 +207,8 @@ class Conductor:
                     self._bombear(0.002)
                 if terminal.ha_terminado() and terminal.estado != 0:
                     quejas.append(f"el shell {nombre} termina con {terminal.estado} al salir")
-            terminal.cerrar()
-        self.terminales.clear()
+        for nombre in list(self.terminales):
+            self.terminales.pop(nombre).cerrar()
         for pid, orden in self._recoger_procesos():
             quejas.append(f"queda atrás el proceso {pid} ({orden})")
         for ident, clave in self._segmentos_propios().items():

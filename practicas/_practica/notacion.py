@@ -133,9 +133,15 @@ class Hoja:
 
 
 def leer(fichero):
-    """Reads a sheet from a file. Error for mistakes in it, OSError when it cannot be read."""
-    with open(fichero, encoding="utf-8") as f:
-        return analizar(f.read(), fichero)
+    """Reads a sheet from a file. Error for mistakes in it, or when it cannot be read."""
+    try:
+        with open(fichero, encoding="utf-8") as f:
+            texto = f.read()
+    except OSError as motivo:
+        raise Error(fichero, 1, motivo.strerror) from None
+    except UnicodeDecodeError as motivo:
+        raise Error(fichero, 1, f"no es UTF-8 (octeto {motivo.start})") from None
+    return analizar(texto, fichero)
 
 
 def analizar(texto, fichero="hoja"):
