@@ -1,5 +1,6 @@
 #include "memfs/label_list.h"
 
+#include <cstdint>
 #include <cstring>
 
 #include "base/failure.h"
@@ -8,8 +9,20 @@ namespace {
 
 ListaLabel labels_;
 
-bool MismoLabel(const EntradaLabel &entrada, const char *label) {
-    return strncmp(entrada.label, label, kTamLabel - 1) == 0;
+/// A label in its entry's form, cut and padded with nulls, as one number: a search compares thousands.
+using Clave = uint64_t;
+static_assert(sizeof(Clave) == kTamLabel);
+
+Clave ClaveDe(const char *label) {
+    Clave clave = 0;
+    memcpy(&clave, label, strnlen(label, kTamLabel - 1));
+    return clave;
+}
+
+Clave ClaveDe(const EntradaLabel &entrada) {
+    Clave clave;
+    memcpy(&clave, entrada.label, sizeof clave);
+    return clave;
 }
 
 /// Index of the first entry in use with address `dir` (not null), or -1.
@@ -26,19 +39,19 @@ void InicializarListaLabel(ListaLabel *lista) {
 }
 
 int AniadirLabel(ListaLabel *lista, const char *label, void *dir) {
+    const Clave clave = ClaveDe(label);
     int i = 0;
-    while (lista->entradas[i].dir && !MismoLabel(lista->entradas[i], label)) i++;
+    while (lista->entradas[i].dir && ClaveDe(lista->entradas[i]) != clave) i++;
     if (i == kMaxLabels) return Fallo(ENOSPC);
-    EntradaLabel &entrada = lista->entradas[i];
-    memset(entrada.label, 0, sizeof entrada.label);
-    memcpy(entrada.label, label, strnlen(label, kTamLabel - 1));
-    entrada.dir = dir;
+    memcpy(lista->entradas[i].label, &clave, sizeof clave);
+    lista->entradas[i].dir = dir;
     return i;
 }
 
 int BuscarLabel(const ListaLabel *lista, const char *label) {
+    const Clave clave = ClaveDe(label);
     for (int i = 0; i < kMaxLabels; i++)
-        if (MismoLabel(lista->entradas[i], label)) return i;
+        if (ClaveDe(lista->entradas[i]) == clave) return i;
     return -1;
 }
 

@@ -7,8 +7,8 @@ constexpr int kTamLabel = 8;     ///< bytes of a stored label: 7 characters and 
 constexpr int kMaxLabels = 2047; ///< labels that a list holds; one more entry is always free
 
 struct EntradaLabel {
-    char label[kTamLabel];
-    void *dir; ///< null: the entry is free, whatever old text it still holds
+    char label[kTamLabel]; ///< padded with nulls
+    void *dir;             ///< null: the entry is free, whatever old text it still holds
 };
 
 /// The entries in use come first, in the order of their adding. Zero-filled is empty.
