@@ -7,11 +7,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "base/address.h"
 #include "base/output.h"
 #include "base/synchronisation.h"
 #include "files/open_file_table.h"
@@ -29,18 +32,40 @@ void *MapearDescriptor(int df, size_t tam, int proteccion, const char *fich, int
     if (dir == MAP_FAILED) return nullptr;
     char nombre[1024];
     snprintf(nombre, sizeof nombre, "Mapeo de %s", fich);
-    // Not in the list it stays mapped, and what keeps it from being released by name is told.
-    if (InsertarNodoMmap(&L, dir, tam, df, fich) == -1)
-        Imprimir("Imposible insertar en lista: %s\n", strerror(errno));
+    // Not in the list (it is full) it stays mapped, as a segment stays attached: nothing is said of it.
+    InsertarNodoMmap(&L, dir, tam, df, fich);
     AddOpenFile(df, nombre, modo, 0);
     return dir;
 }
 
-/// Closes the descriptor of a mapping and frees its entry of the open-file table.
+/// Closes the descriptor of a mapping and frees its entry of the open-file table. The recorded number is
+/// closed whoever has it by now: after `close` or `dup2` on it, that may be a file of the user's.
 void CerrarMapeo(int df) {
     SincronizarES(); // it may be one that the shell reads or prints through
     close(df);
     RemoveOpenFile(df);
+}
+
+/// free() of a block of `tam` bytes, whose first word goes before: the next block may be at the same address,
+/// and what was laid out in this one (an SF) is not to be found there again.
+void LiberarHeap(void *dir, size_t tam) {
+    memset(dir, 0, std::min(tam, sizeof(uint32_t)));
+    free(Opaca(dir));
+}
+
+/// Gives a block back to where its kind comes from. Returns whether it is of any kind: the user may have
+/// written over its node.
+bool Devolver(const NodoBloque &bloque) {
+    switch (bloque.tipo) {
+    case TIPO_MALLOC: LiberarHeap(bloque.direccion, bloque.tamano); return true;
+    case TIPO_SHARED: shmdt(bloque.direccion); return true;
+    case TIPO_MMAP:
+        munmap(bloque.direccion, bloque.tamano);
+        // The entry of the open-file table goes too, as it does when a mapping is released by name.
+        CerrarMapeo(bloque.clave);
+        return true;
+    default: return false;
+    }
 }
 
 } // namespace
@@ -105,7 +130,7 @@ void doMallocDealloc(size_t tam) {
         return;
     }
     QuitarDeLista(dir);
-    free(dir);
+    LiberarHeap(dir, tam);
 }
 
 void doSharedDealloc(key_t clave) {
@@ -137,25 +162,14 @@ void doMmapDealloc(const char *fichero) {
 }
 
 int doDeallocate(void *dir) {
-    switch (TipoNodoDireccion(&L, dir)) {
-    case TIPO_MALLOC: free(dir); break;
-    case TIPO_SHARED: shmdt(dir); break;
-    case TIPO_MMAP:
-        munmap(dir, TamanoNodoDireccion(&L, dir));
-        // The entry of the open-file table goes too, as it does when a mapping is released by name.
-        CerrarMapeo(DescriptorNodoDireccion(&L, dir));
-        break;
-    default: Imprimir("Direccion %p no asignada con malloc, shared o mmap\n", dir); return -1;
-    }
-    return EliminarNodoDireccion(&L, dir); // NOLINT(clang-analyzer-unix.Malloc): looked up, not followed
+    const int pos = BuscarNodoDireccion(&L, dir);
+    if (pos != -1 && Devolver(*L.nodos[pos])) return EliminarNodoDireccion(&L, dir);
+    Imprimir("Direccion %p no asignada con malloc, shared o mmap\n", dir);
+    return -1;
 }
 
 void EliminarListaBloquesMemoria() {
-    void *dir = PrimerElemento(&L);
-    void *siguiente = nullptr;
-    // As many steps as blocks: in a list that the user has written over, the next may be the same one again.
-    for (int quedan = L.num; quedan > 0 && dir; quedan--, dir = siguiente) {
-        siguiente = SiguienteElemento(&L, dir);
-        doDeallocate(dir);
-    }
+    // By slot: to look up and take out each one would take the square of their number.
+    for (int i = 0; i < L.num; i++) Devolver(*L.nodos[i]);
+    VaciarLista(&L);
 }

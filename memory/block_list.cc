@@ -32,6 +32,11 @@ void LiberarNodo(NodoBloque *nodo) {
 
 void CrearLista(ListaBloquesMemoria *lista) { *lista = {}; }
 
+void VaciarLista(ListaBloquesMemoria *lista) {
+    for (int i = 0; i < lista->num; i++) LiberarNodo(lista->nodos[i]);
+    CrearLista(lista);
+}
+
 NodoBloque *CrearNodo(void *dir, unsigned long long tam, int clave, const char *fichero, int tipo) {
     auto *nodo = static_cast<NodoBloque *>(malloc(sizeof(NodoBloque)));
     if (!nodo) return nullptr;

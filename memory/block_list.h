@@ -37,6 +37,9 @@ extern ListaBloquesMemoria L; ///< the blocks of this process
 /// Makes the list empty; nothing that it held is released.
 void CrearLista(ListaBloquesMemoria *lista);
 
+/// Takes every node out; the blocks are not touched.
+void VaciarLista(ListaBloquesMemoria *lista);
+
 /// A new node with its own copy of `fichero` (may be null), or null with the allocator's `errno`.
 NodoBloque *CrearNodo(void *dir, unsigned long long tam, int clave, const char *fichero, int tipo);
 

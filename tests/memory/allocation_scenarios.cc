@@ -108,10 +108,12 @@ TEST(Allocation, TheListIsFullAt4096BlocksAndExitReleasesThemAll) {
     std::string guion = "mmap f r\nshared -create " + std::to_string(clave) + " 10\n";
     for (int i = 0; i < 4094; i++) guion += "malloc 1\n";
     if (!kSaneado) guion += "malloc 77\n"; // unrecorded, it would be a leak
+    guion += "mmap f r\n";                 // unrecorded too, without a word
     const Resultado r = Ejecutar(guion + "malloc\nexit\n", {.directorio = dir.ruta()});
     EXPECT_EQ(r.estado, 0) << r.salida.substr(r.salida.size() - 2000); // the sanitizers tell leaks in it
     const std::string llena = "\nImposible insertar en lista: No space left on device\n";
     EXPECT_EQ(r.salida.find(llena) != std::string::npos, !kSaneado);
+    EXPECT_EQ(r.salida.find(llena), r.salida.rfind(llena));
     int filas = 0;
     for (size_t pos = 0; (pos = r.salida.find(" malloc\n", pos)) != std::string::npos; pos++) filas++;
     EXPECT_EQ(filas, 4094);
