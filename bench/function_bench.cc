@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "memfs/file_system.h"
+#include "memory/block_list.h"
 #include "memory/dump.h"
 #include "memory/fill.h"
 #include "shell/command_names.h"
@@ -74,7 +75,7 @@ void LlenarSF(SF *sf, uint32_t num, uint32_t tam, uint64_t total) {
         EntradaSF &entrada = Entradas(sf)[i];
         snprintf(entrada.nombre, sizeof entrada.nombre, "fich%u", i);
         entrada.tam = tam;
-        entrada.desplazamiento = NuevoDesplazamiento(sf, i);
+        entrada.desplazamiento = static_cast<uint32_t>(NuevoDesplazamiento(sf, i));
         sf->numFicheros = i + 1;
         sf->libres -= tam;
     }
@@ -86,6 +87,7 @@ void BM_BorrarFicheroSF(benchmark::State &estado) {
     const uint32_t num = static_cast<uint32_t>(estado.range(0));
     const uint64_t total = TamanoSF(num) + static_cast<uint64_t>(num) * kTam + 1;
     void *bloque = malloc(total);
+    InsertarNodoMalloc(&L, bloque, total); // out of a recorded block nothing is deleted
     for (auto _ : estado) {
         estado.PauseTiming();
         LlenarSF(static_cast<SF *>(bloque), num, kTam, total);
@@ -96,6 +98,7 @@ void BM_BorrarFicheroSF(benchmark::State &estado) {
                 estado.SkipWithError("BorrarFicheroSF");
         }
     }
+    EliminarNodoDireccion(&L, bloque);
     free(bloque);
 }
 BENCHMARK(BM_BorrarFicheroSF)->Arg(250)->Arg(500)->Unit(benchmark::kMicrosecond);

@@ -4,7 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/descriptor.h"
 #include "base/failure.h"
+
+// The bytes lie in a block, but it is the kernel that copies them: no access of these functions can fault,
+// and no recovery jump cuts off the guards that close their descriptors.
 
 namespace {
 
@@ -24,8 +28,9 @@ ssize_t LeerTodo(int df, char *dir, size_t tam) {
     return static_cast<ssize_t>(leidos);
 }
 
-/// A file on disk takes less than it is given only when it cannot grow any more. Writing on to learn the
-/// system's reason could bring the signal of a limit on file sizes, and end the shell.
+/// A write that falls short is a failure on purpose: a file on disk takes less than it is given only when it
+/// cannot grow any more, and a part of a file is no copy. Writing on to learn the system's reason could bring
+/// the signal of a limit on file sizes, and end the shell.
 ssize_t EscribirCompleto(int df, const char *dir, size_t cont) {
     size_t escritos = 0;
     do {
@@ -47,27 +52,21 @@ off_t auxTamanoFichero(const char *ruta) {
 
 ssize_t LeerFicheroDisco(const char *ruta, void *dir, size_t tam) {
     // O_NONBLOCK: a pipe without a writer, whose size is 0, is not waited for.
-    const int df = open(ruta, O_RDONLY | O_NONBLOCK);
-    if (df == -1) return -1;
-    const ssize_t leidos = LeerTodo(df, static_cast<char *>(dir), tam);
-    const int motivo = errno;
-    close(df);
-    errno = motivo;
-    return leidos;
+    const Descriptor d{open(ruta, O_RDONLY | O_NONBLOCK)};
+    return d.df() == -1 ? -1 : LeerTodo(d.df(), static_cast<char *>(dir), tam);
 }
 
 ssize_t EscribirFicheroDisco(const char *ruta, const void *dir, size_t cont, int sobreescribir) {
-    const int df = open(ruta, O_CREAT | O_WRONLY | (sobreescribir ? O_TRUNC : O_EXCL), 0777);
-    if (df == -1) return -1;
-    const ssize_t escritos = EscribirCompleto(df, static_cast<const char *>(dir), cont);
+    Descriptor d{open(ruta, O_CREAT | O_WRONLY | (sobreescribir ? O_TRUNC : O_EXCL), 0777)};
+    if (d.df() == -1) return -1;
+    ssize_t escritos = EscribirCompleto(d.df(), static_cast<const char *>(dir), cont);
     int motivo = errno;
-    bool fallo = escritos == -1;
-    if (close(df) == -1 && !fallo) { // a remote disk may refuse the bytes only now
+    if (d.Cerrar() == -1 && escritos != -1) { // a remote disk may refuse the bytes only now
         motivo = errno;
-        fallo = true;
+        escritos = -1;
     }
     // A part of the file would be in the way of the next try.
-    if (fallo && !sobreescribir) unlink(ruta);
+    if (escritos == -1 && !sobreescribir) unlink(ruta);
     errno = motivo;
-    return fallo ? -1 : escritos;
+    return escritos;
 }

@@ -1,5 +1,6 @@
 #include "memfs/file_copy.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -11,27 +12,33 @@
 
 namespace {
 
-/// Index of the file that `origen` names, its bytes known to be within the SF, or -1: ENOENT, EIO.
+/// Index of the file that `origen` names, its bytes known to lie within the block, or -1: ENOENT, EIO.
 int BuscarOrigen(const Idfich &origen) {
     const SF *sf = DirSF(origen);
-    if (TamanoAreaDatos(sf) == -1) return -1;
     const int i = BuscarFicheroSF(sf, origen.nombre);
-    if (i == -1) return Fallo(ENOENT);
-    return FicheroEnArea(sf, static_cast<uint32_t>(i)) ? i : Fallo(EIO);
+    if (i == -1) return -1;
+    const EntradaSF &entrada = Entradas(sf)[static_cast<uint32_t>(i)];
+    return uint64_t{entrada.desplazamiento} + entrada.tam <= DatosEnBloque(sf) ? i : Fallo(EIO);
 }
 
-/// Whether a file of `tam` bytes can be added after the last one: 0, or -1: ENAMETOOLONG, ENOSPC, EEXIST,
-/// EIO.
+/// Whether a file of `tam` bytes can be added after the last one: 0, or -1: ENAMETOOLONG, ENOSPC, EEXIST, EIO
+/// (its entry or its bytes would leave the block).
 int ComprobarHueco(const SF *sf, const char *nombre, uint64_t tam) {
     if (strlen(nombre) > kMaxNombreSF) return Fallo(ENAMETOOLONG);
-    const int64_t area = TamanoAreaDatos(sf);
-    if (area == -1) return -1;
-    if (tam >= sf->libres || sf->numFicheros >= sf->capacidad) return Fallo(ENOSPC);
-    if (BuscarFicheroSF(sf, nombre) != -1) return Fallo(EEXIST);
     const uint32_t num = sf->numFicheros;
-    if (num > 0 && !FicheroEnArea(sf, num - 1)) return Fallo(EIO);
-    const uint64_t fin = NuevoDesplazamiento(sf, num) + tam;
-    return fin <= static_cast<uint64_t>(area) ? 0 : Fallo(EIO);
+    if (tam >= sf->libres || num >= sf->capacidad) return Fallo(ENOSPC);
+    if (BuscarFicheroSF(sf, nombre) != -1) return Fallo(EEXIST);
+    if (num >= EntradasEnBloque(sf)) return Fallo(EIO);
+    return NuevoDesplazamiento(sf, num) + tam <= DatosEnBloque(sf) ? 0 : Fallo(EIO);
+}
+
+/// Whether the disk file can be moved, as far as can be told beforehand: 0, or -1: EINVAL (neither a regular
+/// file nor a link to one: the copy would be empty, and what is no file deleted), or the `errno` of stat(). A
+/// directory passes: it is refused when it is read.
+int ComprobarOrigenDisco(const char *ruta) {
+    struct stat st;
+    if (stat(ruta, &st) == -1) return -1;
+    return S_ISREG(st.st_mode) || S_ISDIR(st.st_mode) ? 0 : Fallo(EINVAL);
 }
 
 /// Enters the `tam` bytes that stand at DirFinalDatos as a file; ComprobarHueco has found that they fit.
@@ -41,7 +48,7 @@ void AniadirEntrada(SF *sf, const char *nombre, size_t tam) {
     strcpy(entrada.nombre, nombre);
     entrada.tam = static_cast<uint32_t>(tam);
     entrada.fecha = time(nullptr);
-    entrada.desplazamiento = NuevoDesplazamiento(sf, num);
+    entrada.desplazamiento = static_cast<uint32_t>(NuevoDesplazamiento(sf, num));
     sf->numFicheros = num + 1;
     sf->libres -= entrada.tam;
 }
@@ -106,6 +113,15 @@ ssize_t CopiarFicheroSF(const Idfich &origen, const Idfich &destino) {
 int BorrarFichero(const Idfich &id) { return id.sf == kSFDisco ? unlink(id.nombre) : BorrarFicheroSF(id); }
 
 int MoverFicheroSF(const Idfich &origen, const Idfich &destino) {
-    if (CopiarFicheroSF(origen, destino) == -1) return -1;
-    return BorrarFichero(origen);
+    if (origen.sf == kSFDisco && ComprobarOrigenDisco(origen.nombre) == -1) return -1;
+    const ssize_t copiados = CopiarFicheroSF(origen, destino);
+    if (copiados == -1) return -1;
+    int motivo = EBUSY; // what the source has grown by since would be lost with it
+    if (origen.sf != kSFDisco || auxTamanoFichero(origen.nombre) <= copiados) {
+        if (BorrarFichero(origen) == 0) return 0;
+        motivo = errno;
+    }
+    // The copy would be in the way of the next try. It is the only file whose name begins with that name.
+    BorrarFichero(destino);
+    return Fallo(motivo);
 }

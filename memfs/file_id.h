@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 struct SF;
 
@@ -12,6 +13,7 @@ struct Idfich {
     uint64_t sf;        ///< address of a valid SF, kSFDisco or kSFNoValido
     const char *nombre; ///< name inside the SF, or path on disk
 };
+static_assert(std::is_trivially_destructible_v<Idfich>); // in frames that a recovery jump may cut off
 
 /// The SF of an identifier that is not of a file on disk; null when it is not valid.
 inline SF *DirSF(const Idfich &id) { return reinterpret_cast<SF *>(id.sf); }

@@ -1,49 +1,38 @@
 #include "memfs/file_system.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "base/dates.h"
 #include "base/failure.h"
 #include "base/output.h"
+#include "memory/block_list.h"
 
 namespace {
 
-/// Whether files i and later, and what their places are computed from, stay within the data area when i is
-/// taken out, and the free bytes too.
+/// Bytes of the recorded block that starts at `sf`; 0 when there is none.
+uint64_t BytesBloque(const SF *sf) {
+    const unsigned long long tam = TamanoNodoDireccion(&L, sf);
+    return tam == kSinTamano ? 0 : tam;
+}
+
+/// The most bytes that can be free. In 32 bits, as the validity is defined.
+uint32_t MaxLibres(const SF *sf) { return sf->tamTotal - static_cast<uint32_t>(TamanoSF(sf->capacidad)); }
+
+/// Whether file i can be taken out: all entries in use, the later files and the places that they move to lie
+/// within the block, and the SF remains valid.
 bool PuedeQuitarse(const SF *sf, uint32_t i) {
+    const uint32_t num = sf->numFicheros;
     const EntradaSF *entradas = Entradas(sf);
-    if (i > 0 && !FicheroEnArea(sf, i - 1)) return false;
+    if (num > EntradasEnBloque(sf) || uint64_t{sf->libres} + entradas[i].tam > MaxLibres(sf)) return false;
+    const uint64_t datos = DatosEnBloque(sf);
     uint64_t fin = NuevoDesplazamiento(sf, i);
-    for (uint32_t j = i; j < sf->numFicheros; j++) {
-        if (!FicheroEnArea(sf, j)) return false;
-        if (j > i) fin += entradas[j].tam;
+    for (uint32_t j = i + 1; j < num; j++) {
+        const uint64_t tam = entradas[j].tam;
+        fin += tam;
+        if (fin > datos || entradas[j].desplazamiento + tam > datos) return false;
     }
-    const uint64_t area = static_cast<uint64_t>(TamanoAreaDatos(sf));
-    const uint64_t libres = sf->libres;
-    return fin <= area && libres + entradas[i].tam <= area;
-}
-
-/// Moves the bytes of the files after i down over those of i. Files that lie one after the other, in a sound
-/// SF all of them, move together.
-void BajarDatos(SF *sf, uint32_t i) {
-    const EntradaSF *entradas = Entradas(sf);
-    unsigned char *destino = DirPrincipioDatos(sf) + NuevoDesplazamiento(sf, i);
-    for (uint32_t j = i + 1; j < sf->numFicheros;) {
-        const unsigned char *origen = DirPrincipioDatosFichero(sf, j);
-        const uint32_t desde = entradas[j].desplazamiento;
-        size_t tam = entradas[j++].tam;
-        while (j < sf->numFicheros && entradas[j].desplazamiento == desde + tam) tam += entradas[j++].tam;
-        memmove(destino, origen, tam);
-        destino += tam;
-    }
-}
-
-/// Moves the entries after i down by one; the old last one stays as it was.
-void BajarEntradas(SF *sf, uint32_t i) {
-    EntradaSF *entradas = Entradas(sf);
-    const uint32_t ultima = sf->numFicheros - 1;
-    memmove(&entradas[i], &entradas[i + 1], (ultima - i) * sizeof *entradas);
-    for (; i < ultima; i++) entradas[i].desplazamiento = NuevoDesplazamiento(sf, i);
+    return true;
 }
 
 } // namespace
@@ -51,26 +40,19 @@ void BajarEntradas(SF *sf, uint32_t i) {
 int EsValidoSF(const void *dir) {
     const SF *sf = static_cast<const SF *>(dir);
     if (!sf || sf->magico != kMagicoSF || sf->numFicheros > sf->capacidad) return 0;
-    return sf->libres <= sf->tamTotal - static_cast<uint32_t>(TamanoSF(sf->capacidad));
-}
-
-int EsValidoSFEnBloque(const void *dir, uint64_t tam) {
-    if (tam < sizeof(SF) || !EsValidoSF(dir)) return 0;
-    const SF *sf = static_cast<const SF *>(dir);
-    return sf->tamTotal <= tam && TamanoSF(sf->capacidad) <= sf->tamTotal;
+    return sf->libres <= MaxLibres(sf);
 }
 
 int EspacioInsuficiente(uint32_t capacidad, uint64_t tam) { return tam <= TamanoSF(capacidad); }
 
-int64_t TamanoAreaDatos(const SF *sf) {
-    const uint64_t fijo = TamanoSF(sf->capacidad);
-    if (fijo > sf->tamTotal) return Fallo(EIO);
-    return static_cast<int64_t>(sf->tamTotal - fijo);
+uint64_t EntradasEnBloque(const SF *sf) {
+    const uint64_t bytes = BytesBloque(sf);
+    return bytes < sizeof *sf ? 0 : (bytes - sizeof *sf) / sizeof(EntradaSF);
 }
 
-bool FicheroEnArea(const SF *sf, uint32_t i) {
-    const EntradaSF &entrada = Entradas(sf)[i];
-    return static_cast<int64_t>(entrada.desplazamiento) + entrada.tam <= TamanoAreaDatos(sf);
+uint64_t DatosEnBloque(const SF *sf) {
+    const uint64_t bytes = BytesBloque(sf), fijo = TamanoSF(sf->capacidad);
+    return bytes < fijo ? 0 : std::min<uint64_t>(bytes - fijo, UINT32_MAX);
 }
 
 unsigned char *DirPrincipioDatos(SF *sf) {
@@ -85,10 +67,10 @@ unsigned char *DirFinalDatos(SF *sf) {
     return DirPrincipioDatos(sf) + NuevoDesplazamiento(sf, sf->numFicheros);
 }
 
-uint32_t NuevoDesplazamiento(const SF *sf, uint32_t i) {
+uint64_t NuevoDesplazamiento(const SF *sf, uint32_t i) {
     if (i == 0) return 0;
     const EntradaSF &anterior = Entradas(sf)[i - 1];
-    return anterior.desplazamiento + anterior.tam;
+    return uint64_t{anterior.desplazamiento} + anterior.tam;
 }
 
 int FormatearSF(void *dir, uint32_t capacidad, uint64_t tam) {
@@ -107,10 +89,12 @@ int FormatearSF(void *dir, uint32_t capacidad, uint64_t tam) {
 
 void ListarSF(SF *sf) {
     LeerZonaHoraria();
+    const time_t fecha = BytesBloque(sf) < sizeof *sf ? 0 : sf->fecha; // the block may end before it
     Imprimir("SF de %u bytes con capacidad para %u ficheros %s\n", sf->tamTotal, sf->capacidad,
-             TextoFecha(sf->fecha));
+             TextoFecha(fecha));
     Imprimir("      %u bytes desponibles. Total %u fichero(s) \n", sf->libres, sf->numFicheros);
-    for (uint32_t i = 0; i < sf->numFicheros; i++) {
+    const uint64_t num = std::min<uint64_t>(sf->numFicheros, EntradasEnBloque(sf));
+    for (uint32_t i = 0; i < num; i++) {
         const EntradaSF &entrada = Entradas(sf)[i];
         // The precision stops at the end of the field a name that another program left without its null.
         Imprimir("(%p): %10u bytes  %s %.*s\n", static_cast<void *>(DirPrincipioDatosFichero(sf, i)),
@@ -120,25 +104,42 @@ void ListarSF(SF *sf) {
 
 int BuscarFicheroSF(const SF *sf, const char *nombre) {
     const size_t n = strlen(nombre);
-    if (n > kMaxNombreSF) return -1;
+    if (n > kMaxNombreSF) return Fallo(ENOENT);
+    // The first 8 characters at once, those beyond the end of `nombre` masked: they settle most comparisons.
+    uint64_t inicio = 0, mascara = 0;
+    const size_t enInicio = std::min(n, sizeof inicio);
+    memcpy(&inicio, nombre, enInicio);
+    memset(&mascara, 0xff, enInicio);
     const EntradaSF *entradas = Entradas(sf);
-    for (uint32_t i = 0; i < sf->numFicheros; i++)
-        if (memcmp(entradas[i].nombre, nombre, n) == 0) return static_cast<int>(i);
-    return -1;
+    const uint64_t alcanzables = EntradasEnBloque(sf);
+    for (uint32_t i = 0; i < sf->numFicheros; i++) {
+        if (i == alcanzables) return Fallo(EIO);
+        uint64_t suyo;
+        memcpy(&suyo, entradas[i].nombre, sizeof suyo);
+        if ((suyo & mascara) == inicio && memcmp(entradas[i].nombre, nombre, n) == 0)
+            return static_cast<int>(i);
+    }
+    return Fallo(ENOENT);
 }
 
 int BorrarFicheroSF(const Idfich &id) {
     SF *sf = DirSF(id);
     if (!EsValidoSF(sf)) return Fallo(ENXIO);
-    if (TamanoAreaDatos(sf) == -1) return -1;
     const int encontrado = BuscarFicheroSF(sf, id.nombre);
-    if (encontrado == -1) return Fallo(ENOENT);
+    if (encontrado == -1) return -1;
     const uint32_t i = static_cast<uint32_t>(encontrado);
     if (!PuedeQuitarse(sf, i)) return Fallo(EIO);
-    const uint32_t tam = Entradas(sf)[i].tam;
-    BajarDatos(sf, i);
-    BajarEntradas(sf, i);
-    sf->numFicheros--;
+    EntradaSF *entradas = Entradas(sf);
+    const uint32_t tam = entradas[i].tam;
+    uint32_t fin = static_cast<uint32_t>(NuevoDesplazamiento(sf, i));
+    const uint32_t quedan = sf->numFicheros - 1;
+    memmove(&entradas[i], &entradas[i + 1], (quedan - i) * sizeof *entradas); // the old last one stays
+    for (uint32_t j = i; j < quedan; j++) {
+        memmove(DirPrincipioDatos(sf) + fin, DirPrincipioDatosFichero(sf, j), entradas[j].tam);
+        entradas[j].desplazamiento = fin;
+        fin += entradas[j].tam;
+    }
+    sf->numFicheros = quedan;
     sf->libres += tam;
     return 0;
 }

@@ -5,44 +5,47 @@
 #include "memfs/file_id.h"
 #include "memfs/layout.h"
 
-// One SF: its validity, its addresses, formatting, listing, searching and deleting. An SF may have been
-// written by another program, or spoiled: what its entries say is compared with its data area before a byte
-// of it is touched (EIO). That the SF itself lies within its block is for whoever knows the block to find
-// out, with EsValidoSFEnBloque.
+// One SF: its validity, its addresses, formatting, listing, searching and deleting. The start of its header
+// alone makes an SF valid, and it may have been written by another program, or spoiled: what header and
+// entries say is compared, in 64 bits, with the recorded block that the SF is in before a byte beyond the
+// header is touched (EIO). Of an SF that is in no recorded block nothing can be reached.
 
-/// 1 when the header at `dir` (may be null) is that of an SF, else 0. Examines its first 20 bytes, in 32-bit
-/// arithmetic; the size of the block is not its business.
+/// Bytes that EsValidoSF examines; a shorter block holds no SF.
+constexpr uint64_t kBytesValidez = offsetof(SF, sinUso);
+
+/// 1 when the header at `dir` (may be null) is that of an SF, else 0. In 32-bit arithmetic; the size of the
+/// block is not its business.
 int EsValidoSF(const void *dir);
-
-/// 1 when the block of `tam` bytes at `dir` holds a valid SF that lies within it, else 0.
-int EsValidoSFEnBloque(const void *dir, uint64_t tam);
 
 /// 1 when a block of `tam` bytes has no room for the fixed part and one byte of data, else 0.
 int EspacioInsuficiente(uint32_t capacidad, uint64_t tam);
 
-/// Bytes of the data area, or -1: EIO (header and directory alone exceed the total size).
-int64_t TamanoAreaDatos(const SF *sf);
+/// Entries that lie within the block, in use or not.
+uint64_t EntradasEnBloque(const SF *sf);
 
-/// Whether the bytes of file i lie within the data area.
-bool FicheroEnArea(const SF *sf, uint32_t i);
+/// Bytes of the data area that lie within the block, and that the 32 bits of an offset reach.
+uint64_t DatosEnBloque(const SF *sf);
 
 unsigned char *DirPrincipioDatos(SF *sf);                    ///< start of the data area
 unsigned char *DirPrincipioDatosFichero(SF *sf, uint32_t i); ///< first byte of file i
 unsigned char *DirFinalDatos(SF *sf);                        ///< just past the last stored file
 
-/// The data offset that entry i must have: the end of the file before it.
-uint32_t NuevoDesplazamiento(const SF *sf, uint32_t i);
+/// The data offset that entry i must have: the end of the file before it. What a spoiled SF gives may be more
+/// than an entry can hold.
+uint64_t NuevoDesplazamiento(const SF *sf, uint32_t i);
 
 /// Lays out an empty SF over the `tam` bytes at `dir`. Returns 0, or -1 with nothing written: EFBIG (`tam`
 /// does not fit in 32 bits), ENOSPC (EspacioInsuficiente).
 int FormatearSF(void *dir, uint32_t capacidad, uint64_t tam);
 
-/// Prints header and files. Reads nothing of the data area.
+/// Prints the header and the files whose entries lie within the block. Reads nothing of the data area.
 void ListarSF(SF *sf);
 
-/// Index of the first file whose name begins with `nombre`, or -1.
+/// Index of the first file whose name begins with `nombre`, or -1: ENOENT, EIO (the block ends before the
+/// entries do).
 int BuscarFicheroSF(const SF *sf, const char *nombre);
 
 /// Deletes a file and moves the later ones down over it. Returns 0, or -1 with the SF unchanged: ENXIO (not a
-/// valid SF), ENOENT (no such file), EIO (it, or a later file, leaves the data area).
+/// valid SF), ENOENT (no such file), EIO (what has to be moved leaves the block; or the size of the deleted
+/// file is more than can get free, which would make the SF invalid and its other files unreachable).
 int BorrarFicheroSF(const Idfich &id);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <type_traits>
 
 // The bytes of an SF, the small file system that fills a block of memory. Integers are in the machine's own
 // byte order; there are offsets and no pointers, so an SF is whole at whatever address its block is attached.
@@ -40,6 +41,8 @@ struct EntradaSF {
     time_t fecha;            ///< when the file was put into the SF
 };
 
+// Both stand in frames that a recovery jump may cut off.
+static_assert(std::is_trivially_destructible_v<SF> && std::is_trivially_destructible_v<EntradaSF>);
 static_assert(sizeof(time_t) == 8);
 static_assert(sizeof(SF) == 4 + 4 + 4 + 4 + 4 + 4 + 8 && sizeof(EntradaSF) == 256 + 4 + 4 + 8);
 static_assert(offsetof(SF, magico) == 0 && offsetof(SF, capacidad) == 4 && offsetof(SF, numFicheros) == 8);

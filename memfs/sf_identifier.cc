@@ -13,7 +13,7 @@ int ValidAddrForMakingFS(const void *dir) {
 }
 
 int ValidSFAddr(const void *dir) {
-    return ValidAddrForMakingFS(dir) && EsValidoSFEnBloque(dir, TamanoNodoDireccion(&L, dir));
+    return ValidAddrForMakingFS(dir) && TamanoNodoDireccion(&L, dir) >= kBytesValidez && EsValidoSF(dir);
 }
 
 void *ObtenerDireccionSF(const char *palabra) {

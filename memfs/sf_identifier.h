@@ -4,7 +4,7 @@
 
 // From the words that the user types to SFs and to files in them.
 
-/// 1 when `dir` is the start of a recorded heap block or shared segment and a valid SF lies in it, else 0.
+/// 1 when `dir` is the start of a recorded heap block or shared segment and holds a valid SF, else 0.
 int ValidSFAddr(const void *dir);
 
 /// 1 when `dir` is the start of a recorded heap block or shared segment, else 0.

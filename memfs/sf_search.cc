@@ -1,7 +1,5 @@
 #include <unistd.h>
 
-#include <cstring>
-
 #include "base/descriptor.h"
 #include "base/output.h"
 #include "memfs/commands.h"
@@ -10,7 +8,7 @@
 
 namespace {
 
-/// Copies the header at the start of a mapping through a pipe. The kernel answers EFAULT for what cannot be
+/// Copies the start of a mapping through a pipe. The kernel answers EFAULT for what cannot be
 /// read (no permission, or past the end of a file since cut short), where a read of it here would be a fault.
 bool LeerCabeceraMapeada(const void *dir, SF *cabecera) {
     int tuberia[2];
@@ -19,25 +17,22 @@ bool LeerCabeceraMapeada(const void *dir, SF *cabecera) {
         return false;
     }
     const Descriptor lectura{tuberia[0]}, escritura{tuberia[1]};
-    const ssize_t n = write(escritura.df(), dir, sizeof *cabecera);
-    return n == sizeof *cabecera && read(lectura.df(), cabecera, sizeof *cabecera) == n;
+    const ssize_t n = write(escritura.df(), dir, kBytesValidez);
+    return n == kBytesValidez && read(lectura.df(), cabecera, kBytesValidez) == n;
 }
 
-/// Heap blocks and segments can be read as long as they are recorded.
-bool LeerCabecera(const void *dir, SF *cabecera) {
-    if (TipoNodoDireccion(&L, dir) == TIPO_MMAP) return LeerCabeceraMapeada(dir, cabecera);
-    memcpy(cabecera, dir, sizeof *cabecera);
-    return true;
+/// Whether the block holds a valid SF. Heap blocks and segments can be read as long as they are recorded.
+bool TieneSF(const NodoBloque &bloque) {
+    if (bloque.tamano < kBytesValidez) return false;
+    if (bloque.tipo != TIPO_MMAP) return EsValidoSF(bloque.direccion);
+    SF cabecera;
+    return LeerCabeceraMapeada(bloque.direccion, &cabecera) && EsValidoSF(&cabecera);
 }
 
 } // namespace
 
 void MemFSBuscar(char *[]) {
-    for (void *dir = PrimerElemento(&L); dir; dir = SiguienteElemento(&L, dir)) {
-        const unsigned long long tam = TamanoNodoDireccion(&L, dir);
-        SF cabecera;
-        // A block shorter than a header holds none, and would be read past its end.
-        if (tam >= sizeof cabecera && LeerCabecera(dir, &cabecera) && EsValidoSFEnBloque(&cabecera, tam))
-            Imprimir("Sistema de ficheros valido en %p\n", dir);
-    }
+    // By slot: to look up the block after each address would take the square of their number.
+    for (int i = 0; i < L.num; i++)
+        if (TieneSF(*L.nodos[i])) Imprimir("Sistema de ficheros valido en %p\n", L.nodos[i]->direccion);
 }

@@ -8,6 +8,7 @@
 #include <random>
 
 #include "memfs/file_copy.h"
+#include "memory/block_list.h"
 #include "tests/driver/session.h"
 
 namespace {
@@ -17,10 +18,17 @@ using escenario::EscribirFichero;
 using escenario::LeerFichero;
 using std::string;
 
-/// A block with marked bytes on both sides: every write outside it shows.
+/// A recorded block with marked bytes on both sides: every write outside it shows.
 struct Bloque {
     static constexpr size_t kMarca = 256;
-    explicit Bloque(size_t n) : tam(n), bytes(n + 2 * kMarca, '\x5a') {}
+    explicit Bloque(size_t n) : tam(n), bytes(n + 2 * kMarca, '\x5a') { Registrar(tam); }
+    Bloque(const Bloque &otro) : tam(otro.tam), bytes(otro.bytes) { Registrar(tam); }
+    Bloque &operator=(const Bloque &) = delete;
+    ~Bloque() { EliminarNodoDireccion(&L, sf()); }
+    void Registrar(size_t n) {
+        EliminarNodoDireccion(&L, sf());
+        InsertarNodoMalloc(&L, sf(), n);
+    }
     SF *sf() { return reinterpret_cast<SF *>(bytes.data() + kMarca); }
     Idfich Id(const char *nombre) { return {reinterpret_cast<uint64_t>(sf()), nombre}; }
     uint32_t Entero(size_t desde) const {
@@ -136,30 +144,32 @@ TEST(MemFS, ThousandsOfRandomOperationsAgreeWithAModel) {
     }
 }
 
-TEST(MemFS, ASpoiledSFNeverTakesAnOperationOutsideItsData) {
+TEST(MemFS, ASpoiledSFIsValidByItsHeaderAndTakesNoOperationOutsideItsBlock) {
     DirectorioTemporal dir;
     const string de = dir / "origen", a = dir / "copia";
     constexpr size_t kUno = 32, kDos = kUno + 272, kTres = kDos + 272, kTam = 256, kDespl = 260;
-    // The 32-bit field spoiled; whether the SF is still valid in its block; errno of copying "dos" out, of
-    // adding a file and of deleting "uno" (0: it is done).
+    // The 32-bit field spoiled; whether the SF is still valid; errno of copying "dos" out, of adding a file
+    // and of deleting "uno" (0: it is done).
     static constexpr struct {
         const char *que;
         size_t desde;
         uint32_t valor;
         int valido, copiar, aniadir, borrar;
+        size_t bloque = 16384; // bytes recorded
     } filas[] = {{"magic", 0, 0x110692, 0, 0, 0, ENXIO},
                  {"more files than entries", 8, 7, 0, 0, ENOSPC, ENXIO},
                  {"more free than there is", 16, 14721, 0, 0, 0, ENXIO},
                  {"all of it free, with files", 16, 14720, 1, 0, 0, EIO},
-                 {"larger than its block", 12, 16385, 0, 0, 0, 0},
-                 {"directory beyond the end", 4, 61, 0, EIO, EIO, EIO},
-                 {"capacity that wraps 32 bits", 4, 15790321, 0, EIO, EIO, EIO},
+                 {"larger than its block", 12, 1 << 30, 1, 0, 0, 0},
+                 {"directory beyond the end", 4, 61, 1, EIO, EIO, EIO},
+                 {"capacity that wraps 32 bits", 4, 15790321, 1, EIO, EIO, EIO},
                  {"size of a file copied", kDos + kTam, 0xffffffff, 1, EIO, 0, EIO},
-                 {"sizes without room for all", kDos + kTam, 14600, 1, 0, 0, EIO},
                  {"size of a file deleted", kUno + kTam, 14721, 1, 0, 0, EIO},
                  {"size of a file moved", kTres + kTam, 14720 - 299, 1, 0, EIO, EIO},
                  {"offset that leaves no room", kTres + kDespl, 14420, 1, 0, EIO, 0},
-                 {"a gap between files", kTres + kDespl, 7000, 1, 0, 0, 0}};
+                 {"a gap between files", kTres + kDespl, 7000, 1, 0, 0, 0},
+                 {"block without the last entry", 20, 0, 1, EIO, EIO, EIO, kTres + 271},
+                 {"block without the last byte", 20, 0, 1, 0, EIO, EIO, 1664 + 599}};
     for (const auto &fila : filas) {
         SCOPED_TRACE(fila.que);
         Bloque b(16384);
@@ -170,9 +180,10 @@ TEST(MemFS, ASpoiledSFNeverTakesAnOperationOutsideItsData) {
             ASSERT_EQ(CopyDiskMem(de.c_str(), b.Id(nombre)), tam);
         }
         memcpy(b.bytes.data() + Bloque::kMarca + fila.desde, &fila.valor, sizeof fila.valor);
-        EXPECT_EQ(EsValidoSFEnBloque(b.sf(), b.tam), fila.valido);
+        EXPECT_EQ(EsValidoSF(b.sf()), fila.valido);
         auto comprobar = [&](int motivo, auto operacion) {
             Bloque copia = b;
+            copia.Registrar(fila.bloque);
             EXPECT_EQ(operacion(copia) == -1 ? errno : 0, motivo);
             EXPECT_TRUE(copia.MarcasIntactas());
             EXPECT_TRUE(motivo == 0 || copia.bytes == b.bytes);
@@ -184,8 +195,8 @@ TEST(MemFS, ASpoiledSFNeverTakesAnOperationOutsideItsData) {
     }
 }
 
-TEST(MemFS, AccountsForTheBytesPlacedAndReadsNoMoreThanTheSizeFound) {
-    // Kernel files do not tell their size: these give fewer bytes, and more.
+TEST(MemFS, AMoveAccountsForTheBytesPlacedAndLeavesNoCopyWhenTheSourceStays) {
+    // Kernel files do not tell their size: these give fewer bytes, and more; nobody deletes them.
     const char *corto = "/sys/kernel/mm/transparent_hugepage/enabled", *largo = "/proc/self/status";
     if (access(corto, R_OK) == -1 || access(largo, R_OK) == -1) GTEST_SKIP() << "no such files here";
     Bloque b(16384);
@@ -193,6 +204,8 @@ TEST(MemFS, AccountsForTheBytesPlacedAndReadsNoMoreThanTheSizeFound) {
     const string bytes = LeerFichero(corto);
     EXPECT_EQ(CopyDiskMem(corto, b.Id("corto")), static_cast<long>(bytes.size()));
     EXPECT_EQ(CopyDiskMem(largo, b.Id("largo")), 0);
+    EXPECT_EQ(MoverFicheroSF({kSFDisco, corto}, b.Id("x")) == -1 ? errno : 0, EBUSY); // as if it had grown
+    EXPECT_EQ(MoverFicheroSF({kSFDisco, largo}, b.Id("x")) == -1 ? errno : 0, EPERM);
     Comparar(b, {6, 14720 - bytes.size(), {{"corto", bytes}, {"largo", ""}}});
 }
 

@@ -1,5 +1,10 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 
 #include "tests/driver/session.h"
 
@@ -28,7 +33,7 @@ string Mas(const string &dir, unsigned long n) {
 
 string Fallo(const string &que, int motivo) { return "Imposible " + que + ": " + strerror(motivo) + "\n"; }
 
-const string kNoSF = "Id sistema de ficheros no valido\n";
+const string kNoSF = "Id sistema de ficheros no valido\n", kHayUno = "Sistema de ficheros valido en ";
 
 TEST(MemFSCommands, FormatBlocksAndSegmentsAndFindThemBySearching) {
     Shell sh;
@@ -43,15 +48,14 @@ TEST(MemFSCommands, FormatBlocksAndSegmentsAndFindThemBySearching) {
     sh("memmmap imagen"); // no access
     const string mapeado = Direccion(sh("memmmap imagen r"));
     const string noBloque = "   id_mem no valido (no corresponde a un bloque de malloc o shared)\n";
-    const string encontrados =
-        "Sistema de ficheros valido en " + dos + "\nSistema de ficheros valido en " + uno + "\n";
+    const string encontrados = kHayUno + dos + "\n" + kHayUno + uno + "\n";
     sh.Seguir({{"memfs-format " + sh.Bloque(16383),
                 "   tamano bloque memoria demasiado pequeno: 16383 (min 16384)\n"},
                {"format " + Mas(uno, 16), noBloque},
                {"memfs-format " + mapeado, noBloque},
                {"memfs-list " + mapeado, kNoSF},
                {"memfs-list " + sh.Bloque(1), kNoSF},
-               {"memfs -search", encontrados + "Sistema de ficheros valido en " + mapeado + "\n"}});
+               {"memfs -search", encontrados + kHayUno + mapeado + "\n"}});
     EscribirFichero(sh.dir / "imagen", ""); // the two mappings have lost what was under them
     EXPECT_EQ(sh("memfs-find"), encontrados);
 }
@@ -82,17 +86,38 @@ TEST(MemFSCommands, CopyMoveDeleteAndListWhatIsSoundAndNoMore) {
     EXPECT_NE(lista.find(" SinNombre\n(" + Mas(dir, 1664 + 9) + ")"), string::npos) << lista;
     EXPECT_NE(lista.find(" c:d\n"), string::npos) << lista;
 
-    // What another program spoiled is listed as it stands; a header is refused.
+    // A move that fails changes nothing, and takes no FIFO for a file.
+    ASSERT_EQ(mkfifo((sh.dir / "cola").c_str(), 0600) + symlink("copia", (sh.dir / "enlace").c_str()), 0);
+    sh.Seguir({{"memfs-mv /proc/version buf:v", Fallo("mover fichero", EPERM)},
+               {"memfs-mv /proc/version v", Fallo("mover fichero", EPERM)},
+               {"memfs-cp v buf:v", Fallo("copiar fichero", ENOENT)},
+               {"memfs-mv . buf:v", Fallo("mover fichero", EISDIR)},
+               {"memfs-mv cola buf:v", Fallo("mover fichero", EINVAL)},
+               {"memfs-mv enlace buf:v", ""},
+               {"memfs-del enlace", Fallo("borrar fichero", ENOENT)},
+               {"delete cola copia", ""}});
+
+    // What another program spoiled is listed as it stands, as far as the block goes.
     sh("memfill " + Mas(dir, 32) + " 256 'x'");
     sh("memfill " + Mas(dir, 32 + 256) + " 4 255");
     const string rota = sh("memfs-list buf");
     EXPECT_NE(rota.find("(" + Mas(dir, 1664) + "): 4294967295 bytes  "), string::npos) << rota;
     EXPECT_NE(rota.find(" " + string(255, 'x') + "\n("), string::npos) << rota;
     EXPECT_EQ(sh("memfs-cp buf:x g"), Fallo("copiar fichero", EIO));
-    sh("memfill " + Mas(dir, 14) + " 1 1"); // the total size now exceeds the block
-    sh.Seguir({{"memfs-list buf", kNoSF},
-               {"memfs-find", ""},
-               {"memfs-cp copia buf:g", Fallo("copiar fichero", ENXIO)}});
+    const string minimo = sh.Bloque(20), menor = sh.Bloque(19);
+    for (const string &bloque : {minimo, menor}) sh("memcopy " + dir + " " + bloque + " 19");
+    sh("memfill " + Mas(minimo, 19) + " 1 0");
+    sh.Seguir({{"memfs-list " + menor, kNoSF},
+               {"memfs-find", kHayUno + dir + "\n" + kHayUno + minimo + "\n"},
+               {"memfs-del " + minimo + ":x", Fallo("borrar fichero", EIO)}});
+    const string cabecera = sh("memfs-list " + minimo);
+    EXPECT_EQ(std::count(cabecera.begin(), cabecera.end(), '\n'), 2) << cabecera;
+    const time_t cero = 0; // what stands for the time that the block ends before
+    EXPECT_NE(cabecera.find(string(" 6 ficheros ") + ctime(&cero)), string::npos) << cabecera;
+
+    // It is gone with its block.
+    sh("free " + dir);
+    EXPECT_EQ(sh("memfs-list " + sh.Bloque(16384)), kNoSF);
 }
 
 TEST(Labels, NameAddressesByTheirFirst7CharactersAndNumber2047) {
