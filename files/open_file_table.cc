@@ -1,7 +1,7 @@
 #include "files/open_file_table.h"
 
 #include <fcntl.h>
-#include <poll.h>
+#include <sys/select.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,9 +12,16 @@
 #include "base/failure.h"
 #include "base/output.h"
 
-FicheroAbierto OpenFilesList[kMaxDescriptores];
-
 namespace {
+
+/// What is known of one descriptor. The name is a heap string of the table's own; null: the entry is free.
+struct FicheroAbierto {
+    char *nombre;
+    int modo;  // the open flags; 0 in a free entry
+    int redir; // 1 when it takes part in redirection; independent of the name
+};
+
+FicheroAbierto OpenFilesList[kMaxDescriptores];
 
 constexpr const char *kNombresEstandar[] = {"entrada estandar", "salida estandar", "error estandar"};
 constexpr int kEntradasSiempreListadas = 20;
@@ -30,21 +37,27 @@ constexpr struct {
 
 bool EstaEnTabla(int df) { return df >= 0 && df < kMaxDescriptores; }
 
-constexpr int kMaxTramo = 256;
-static_assert(kMaxDescriptores % kMaxTramo == 0 && (kMaxTramo & (kMaxTramo - 1)) == 0,
-              "slices, halved or not, must end where the table ends");
+constexpr int kTamPalabra = 64; // bits of a word of a set of select(), at most
+static_assert(kMaxDescriptores % FD_SETSIZE == 0, "a row of sets holds all numbers of the table");
 
-/// Asks the system about the descriptors from `desde` on, *tam of them: those that are not open come back as
-/// POLLNVAL. A slice larger than the descriptor limit is refused, so it is halved until it fits; when none
-/// does, no answer rules a descriptor out.
-void ConsultarTramo(struct pollfd tramo[], int desde, int *tam) {
-    for (;; *tam /= 2) {
-        for (int i = 0; i < *tam; i++) tramo[i] = {desde + i, 0, 0};
-        int resultado;
-        do resultado = poll(tramo, static_cast<nfds_t>(*tam), 0);
-        while (resultado == -1 && errno == EINTR);
-        if (resultado != -1 || *tam == 1) return;
-    }
+/// Whether no descriptor from `desde` (a multiple of kTamPalabra) on is open; false too where the system does
+/// not tell. Systems ignore what a set has beyond their own table of the process, which ends soon after the
+/// highest descriptor that was ever open; a number within it that is not open, such as `desde`, is EBADF.
+bool NingunoAbiertoDesde(int desde) {
+    if (DescriptorEnUso(desde)) return false;
+    fd_set conjunto[kMaxDescriptores / FD_SETSIZE];
+    const size_t antes = static_cast<size_t>(desde / 8);
+    memset(conjunto, 0, antes);
+    memset(reinterpret_cast<char *>(conjunto) + antes, 0xff, sizeof conjunto - antes);
+    struct timeval sinEsperar = {};
+    return select(kMaxDescriptores, nullptr, nullptr, conjunto, &sinEsperar) == 0;
+}
+
+/// A number that all open descriptors lie below.
+int FinDeAbiertos() {
+    int fin = kTamPalabra;
+    while (fin < kMaxDescriptores && !NingunoAbiertoDesde(fin)) fin *= 4;
+    return fin;
 }
 
 void AnotarHeredado(int df) {
@@ -62,16 +75,10 @@ bool TieneModo(int modo, int flag) {
 } // namespace
 
 void InitOpenFiles() {
-    // A few polls tell which of the 4096 are open, in place of 4096 questions. They say of a descriptor that
-    // can only name a file (O_PATH) that it is not open, and so does the table: no read, write or offset goes
-    // through it.
-    struct pollfd tramo[kMaxTramo];
-    int tam = kMaxTramo;
-    for (int desde = 0; desde < kMaxDescriptores; desde += tam) {
-        ConsultarTramo(tramo, desde, &tam);
-        for (int i = 0; i < tam; i++)
-            if (!(tramo[i].revents & POLLNVAL)) AnotarHeredado(desde + i);
-    }
+    // Asking for each of the 4096 would take a third of the start-up. poll() would tell of many at once, but
+    // takes one that can only name a file (O_PATH) for closed; /proc costs more than these questions.
+    const int fin = FinDeAbiertos();
+    for (int df = 0; df < fin; df++) AnotarHeredado(df);
 }
 
 int AddOpenFile(int df, const char *nombre, int modo, int redir) {

@@ -8,16 +8,7 @@
 
 constexpr int kMaxDescriptores = 4096;
 
-/// What is known of one descriptor. The name is a heap string of the table's own; null: the entry is free.
-struct FicheroAbierto {
-    char *nombre;
-    int modo;  ///< the open flags; 0 in a free entry
-    int redir; ///< 1 when it takes part in redirection; independent of the name
-};
-
-extern FicheroAbierto OpenFilesList[kMaxDescriptores];
-
-/// Enters every descriptor that the process has open at start-up.
+/// Enters every descriptor that the process has open at start-up, one that can only name a file (O_PATH) too.
 void InitOpenFiles();
 
 /// Makes the entry of df a copy of `nombre`, the mode and the mark, whatever it was. Returns df, or -1:

@@ -20,12 +20,14 @@ TEST(OpenFileTable, HoldsWhatTheProcessInheritedAboveTheLimitToo) {
         const int df = open("/dev/null", O_WRONLY | O_APPEND);
         for (int otro : {20, 21, 255, 256, 900}) dup2(df, otro);
         close(df);
+        dup2(open("/", O_PATH), 300); // which poll does not see
         const struct rlimit limites = {100, 100};
         setrlimit(RLIMIT_NOFILE, &limites);
     }});
     const std::string corto = s.Linea("listopen"), todo = s.Linea("listopen 5000");
     EXPECT_EQ(std::count(corto.begin(), corto.end(), '\n'), 22) << "0 to 19, and on through 20 and 21";
     EXPECT_EQ(std::count(todo.begin(), todo.end(), '\n'), 4096);
+    EXPECT_TRUE(Lista(todo, "300, offset: (  )-> desconocido O_RDONLY ")) << todo;
     EXPECT_TRUE(Lista(corto, "0, offset: (  )-> entrada estandar O_RDONLY ")) << corto;
     for (const char *df : {"20", "21", "255", "256", "900"})
         EXPECT_TRUE(Lista(todo, df + std::string(", offset: (0)-> desconocido O_WRONLY O_APPEND "))) << df;
