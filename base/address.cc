@@ -1,13 +1,10 @@
 #include "base/address.h"
 
-#include <cerrno>
 #include <cstdio>
+
+#include "base/failure.h"
 
 void *cadtop(const char *texto) {
     void *dir = nullptr;
-    if (sscanf(texto, "%p", &dir) != 1 || !dir) {
-        errno = EFAULT;
-        return nullptr;
-    }
-    return dir;
+    return sscanf(texto, "%p", &dir) == 1 && dir ? dir : FalloNulo(EFAULT);
 }

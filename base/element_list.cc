@@ -81,11 +81,7 @@ char *GetPrimerElemento(const ListaElementos *lista) { return lista->elementos[0
 
 char *GetSiguienteElemento(const ListaElementos *lista, const char *cadena) {
     const int pos = BuscarElemento(lista, cadena);
-    if (pos == -1) {
-        errno = ENODEV;
-        return nullptr;
-    }
-    return lista->elementos[pos + 1];
+    return pos == -1 ? FalloNulo(ENODEV) : lista->elementos[pos + 1];
 }
 
 char *GetFirstNextElement(const ListaElementos *lista, int primero) {

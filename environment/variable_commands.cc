@@ -31,14 +31,14 @@ struct MetodoMal {
     const char *motivo;
 };
 
-constexpr MetodoMal metodosMal[] = {
+constexpr MetodoMal kMetodosMal[] = {
     {"-mo", CambiarVariableMalOverwrite, "sobreescrito variable original"},
     {"-ms", CambiarVariableMalStatic, "usado una variable estatica"},
     {"-ma", CambiarVariableMalAutomatic, "usado una variable local"},
 };
 
 const MetodoMal *BuscarMetodoMal(const char *opcion) {
-    for (const MetodoMal &metodo : metodosMal)
+    for (const MetodoMal &metodo : kMetodosMal)
         if (strcmp(metodo.opcion, opcion) == 0) return &metodo;
     return nullptr;
 }

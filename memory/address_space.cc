@@ -62,7 +62,7 @@ struct HerramientaMapa {
     const char *error;
 };
 
-constexpr HerramientaMapa herramientas_[] = {
+constexpr HerramientaMapa kHerramientas[] = {
     {"pmap", nullptr, "cannot execute pmap (linux, solaris)"},
     {"procstat", "vm", "cannot execute procstat (FreeBSD)"},
     {"procmap", nullptr, "cannot execute procmap (OpenBSD)"},
@@ -71,7 +71,7 @@ constexpr HerramientaMapa herramientas_[] = {
 
 /// Turns this process into the first of the tools that can be started.
 [[noreturn]] void EjecutarHerramienta(const char *pid) {
-    for (const HerramientaMapa &una : herramientas_) {
+    for (const HerramientaMapa &una : kHerramientas) {
         const char *args[] = {una.programa, una.opcion ? una.opcion : pid, una.opcion ? pid : nullptr,
                               nullptr};
         execvp(una.programa, const_cast<char **>(args));

@@ -18,7 +18,7 @@ struct Celda {
 using Celdas = std::array<Celda, 256>;
 
 /// The cells are formed once, by the compiler: millions of bytes go through a dump.
-constexpr Celdas celdasCaracter_ = [] {
+constexpr Celdas kCeldasCaracter = [] {
     Celdas celdas = {};
     for (int c = 0; c < 256; c++)
         celdas[c] = {' ', ' ', c >= 0x20 && c < 0x7f ? static_cast<char>(c) : ' ', '\0'};
@@ -28,16 +28,16 @@ constexpr Celdas celdasCaracter_ = [] {
     return celdas;
 }();
 
-constexpr Celdas celdasValor_ = [] {
-    constexpr char cifras[] = "0123456789abcdef";
+constexpr Celdas kCeldasValor = [] {
+    constexpr char kCifras[] = "0123456789abcdef";
     Celdas celdas = {};
-    for (int c = 0; c < 256; c++) celdas[c] = {' ', cifras[c >> 4], cifras[c & 15], '\0'};
+    for (int c = 0; c < 256; c++) celdas[c] = {' ', kCifras[c >> 4], kCifras[c & 15], '\0'};
     return celdas;
 }();
 
 } // namespace
 
-const char *CadBon(signed char c) { return celdasCaracter_[static_cast<unsigned char>(c)].texto; }
+const char *CadBon(signed char c) { return kCeldasCaracter[static_cast<unsigned char>(c)].texto; }
 
 void MostrarLinea(const void *dir, int cont) {
     const auto *byte = static_cast<const unsigned char *>(Opaca(dir));
@@ -46,8 +46,8 @@ void MostrarLinea(const void *dir, int cont) {
     char *caracteres = ReservarSalida(2 * ancho + 1); // the last null lies past the row
     char *valores = caracteres + ancho;
     for (size_t i = 0; i < n; i++) {
-        memcpy(caracteres + i * kAnchoCelda, &celdasCaracter_[byte[i]], sizeof(Celda));
-        memcpy(valores + i * kAnchoCelda, &celdasValor_[byte[i]], sizeof(Celda));
+        memcpy(caracteres + i * kAnchoCelda, &kCeldasCaracter[byte[i]], sizeof(Celda));
+        memcpy(valores + i * kAnchoCelda, &kCeldasValor[byte[i]], sizeof(Celda));
     }
     caracteres[ancho - 1] = '\n';
     valores[ancho - 1] = '\n';

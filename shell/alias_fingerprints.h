@@ -22,4 +22,4 @@ constexpr auto FormarHuellas(const std::array<AliasEntry, kNumAliases + 1> &tabl
     return huellas;
 }
 
-extern const std::array<unsigned char, kNumAliases> HuellasAliases;
+extern const std::array<unsigned char, kNumAliases> kHuellasAliases;

@@ -27,10 +27,10 @@ int IsInternalCommand(const char *nombre) {
 
 const char *RealCommandNoAbrev(const char *palabra) {
     const unsigned char huella = Huella(palabra);
-    const unsigned char *fin = HuellasAliases.data() + HuellasAliases.size();
-    const unsigned char *pos = HuellasAliases.data();
+    const unsigned char *fin = kHuellasAliases.data() + kHuellasAliases.size();
+    const unsigned char *pos = kHuellasAliases.data();
     while ((pos = static_cast<const unsigned char *>(memchr(pos, huella, static_cast<size_t>(fin - pos))))) {
-        const AliasEntry &fila = AliasTable[pos - HuellasAliases.data()];
+        const AliasEntry &fila = AliasTable[pos - kHuellasAliases.data()];
         if (strcmp(fila.alias, palabra) == 0) return fila.comando;
         pos++;
     }

@@ -29,7 +29,7 @@ struct Fila {
 };
 
 // clang-format off
-constexpr Fila filas_[] = {
+constexpr Fila kFilas[] = {
     {"version", Cmd_version, {"numserie"},
      "\tIndica la version del shell",
      kInfo},
@@ -531,10 +531,10 @@ constexpr Fila filas_[] = {
      kSinTopic},
 };
 // clang-format on
-static_assert(sizeof filas_ / sizeof *filas_ == kNumComandos, "a command has come or gone: is that meant?");
+static_assert(sizeof kFilas / sizeof *kFilas == kNumComandos, "a command has come or gone: is that meant?");
 
 constexpr bool FilasCompletas() {
-    for (const Fila &fila : filas_)
+    for (const Fila &fila : kFilas)
         if (!fila.nombre || !fila.manejador || !fila.ayuda) return false;
     return true;
 }
@@ -542,7 +542,7 @@ static_assert(FilasCompletas(), "a row lacks its name, its handler or its help")
 
 constexpr int ContarAliases() {
     int n = 0;
-    for (const Fila &fila : filas_)
+    for (const Fila &fila : kFilas)
         for (const char *alias : fila.aliases) n += alias != nullptr;
     return n;
 }
@@ -551,14 +551,14 @@ static_assert(ContarAliases() == kNumAliases, "an alias has come or gone: is tha
 constexpr auto FormarComandos() {
     std::array<CommandEntry, kNumComandos + 1> tabla = {};
     int n = 0;
-    for (const Fila &fila : filas_) tabla[n++] = {fila.nombre, fila.manejador, fila.ayuda, fila.topics};
+    for (const Fila &fila : kFilas) tabla[n++] = {fila.nombre, fila.manejador, fila.ayuda, fila.topics};
     return tabla;
 }
 
 constexpr auto FormarAliases() {
     std::array<AliasEntry, kNumAliases + 1> tabla = {};
     int n = 0;
-    for (const Fila &fila : filas_)
+    for (const Fila &fila : kFilas)
         for (const char *alias : fila.aliases)
             if (alias) tabla[n++] = {fila.nombre, alias};
     return tabla;
@@ -568,7 +568,7 @@ constexpr auto FormarAliases() {
 
 constexpr std::array<CommandEntry, kNumComandos + 1> CommandTable = FormarComandos();
 constexpr std::array<AliasEntry, kNumAliases + 1> AliasTable = FormarAliases();
-constexpr std::array<unsigned char, kNumAliases> HuellasAliases = FormarHuellas(AliasTable);
+constexpr std::array<unsigned char, kNumAliases> kHuellasAliases = FormarHuellas(AliasTable);
 
 const CommandEntry *BuscarComando(const char *nombre) {
     for (const CommandEntry *fila = CommandTable.data(); fila->nombre; fila++)

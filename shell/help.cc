@@ -19,7 +19,7 @@ struct Topic {
     const char *espanol;
 };
 
-constexpr Topic topics[] = {
+constexpr Topic kTopics[] = {
     {kInfo, "info", "information"},
     {kFicheros, "files", "ficheros"},
     {kEntorno, "environ", "entorno"},
@@ -31,7 +31,7 @@ constexpr Topic topics[] = {
     {kOtros, "others", "otros"},
     {},
 };
-static_assert(sizeof topics / sizeof *topics == 9 + 1, "nine topics and the closing row");
+static_assert(sizeof kTopics / sizeof *kTopics == 9 + 1, "nine topics and the closing row");
 
 constexpr int kTodosLosTopics = 0xFFFF;
 
@@ -50,13 +50,13 @@ void DescribirComando(const char *palabra) {
 } // namespace
 
 int GetTopic(const char *nombre) {
-    for (const Topic *t = topics; t->ingles; t++)
+    for (const Topic *t = kTopics; t->ingles; t++)
         if (strcmp(t->ingles, nombre) == 0 || strcmp(t->espanol, nombre) == 0) return t->bit;
     return 0;
 }
 
 void ListTopics(int espanol) {
-    for (const Topic *t = topics; t->ingles; t++) Imprimir("%s ", espanol ? t->espanol : t->ingles);
+    for (const Topic *t = kTopics; t->ingles; t++) Imprimir("%s ", espanol ? t->espanol : t->ingles);
     EscribirTexto("\n");
 }
 
@@ -104,7 +104,7 @@ void Cmd_help(char *args[]) {
         for (int i = 1; args[i]; i++) mascara |= GetTopic(args[i]);
         ListCommands(mascara);
     } else if (strcmp(args[0], "-all") == 0) {
-        for (const Topic *t = topics; t->ingles; t++) {
+        for (const Topic *t = kTopics; t->ingles; t++) {
             Imprimir("\n**********%s (%s) \n", t->ingles, t->espanol);
             ListCommands(t->bit);
         }

@@ -1,8 +1,8 @@
 #include "signals/dispositions.h"
 
 #include <cstdio>
-#include <cstring>
 
+#include "base/bounded_text.h"
 #include "base/output.h"
 #include "signals/handler_settings.h"
 #include "signals/signal_names.h"
@@ -80,30 +80,32 @@ bool EstaDefectoSenal(int senal) { return TieneManejador(senal, SIG_DFL); }
 
 const char *InfoMascara(const sigset_t *mascara) {
     static char info[kTamInfo]; // kMaxMiembro names of at most 10 characters and a blank fit
-    size_t n = 0;
-    for (int senal = 1; senal <= kMaxMiembro; senal++)
-        if (sigismember(mascara, senal) == 1)
-            n += static_cast<size_t>(snprintf(info + n, sizeof info - n, "%s ", NombreSenal(senal)));
-    return n > 0 ? info : nullptr;
+    TextoAcotado texto(info, sizeof info);
+    for (int senal = 1; senal <= kMaxMiembro; senal++) {
+        if (sigismember(mascara, senal) != 1) continue;
+        texto.Poner(NombreSenal(senal));
+        texto.Poner(' ');
+    }
+    return texto.n() > 0 ? info : nullptr;
 }
 
 const char *InfoHandlerSenal(int senal) {
     static constexpr struct {
         int flag;
         const char *nombre;
-    } flags[] = {{SA_RESTART, "RESTART "},
-                 {SA_ONSTACK, "ONSTACK "},
-                 {static_cast<int>(SA_RESETHAND), "RESETHAND "},
-                 {SA_NODEFER, "NODEFER "}};
+    } kFlags[] = {{SA_RESTART, "RESTART "},
+                  {SA_ONSTACK, "ONSTACK "},
+                  {static_cast<int>(SA_RESETHAND), "RESETHAND "},
+                  {SA_NODEFER, "NODEFER "}};
     static char info[kTamInfo];
-    info[0] = '\0';
+    TextoAcotado texto(info, sizeof info);
     struct sigaction accion;
     if (sigaction(senal, nullptr, &accion) == -1) return info;
-    for (const auto &flag : flags)
-        if (accion.sa_flags & flag.flag) strcat(info, flag.nombre);
+    for (const auto &flag : kFlags)
+        if (accion.sa_flags & flag.flag) texto.Poner(flag.nombre);
     if (const char *mascara = InfoMascara(&accion.sa_mask)) {
-        strcat(info, "\n\tmascara asociada ");
-        strcat(info, mascara);
+        texto.Poner("\n\tmascara asociada ");
+        texto.Poner(mascara);
     }
     return info;
 }

@@ -55,9 +55,9 @@ void ManejadorBucle(int) {
 }
 
 void BucleInfinito(void (*unidad)(), int pausa) {
-    static constexpr char inicio[] = "Iniciando bucle infinito...";
+    static constexpr char kInicio[] = "Iniciando bucle infinito...";
     TestSetBucle(1, 1);
-    EscribirTodo(STDOUT_FILENO, inicio, strlen(inicio));
+    EscribirTodo(STDOUT_FILENO, kInicio, strlen(kInicio));
     while (TestSetBucle(0, 0)) {
         unidad();
         if (pausa) sleep(1);
