@@ -15,6 +15,7 @@
 #include <cstring>
 
 #include "base/address.h"
+#include "base/failure.h"
 #include "base/output.h"
 #include "base/synchronisation.h"
 #include "files/open_file_table.h"
@@ -84,18 +85,14 @@ void doMalloc(size_t tam) {
 }
 
 void *ObtenerMemoriaShmget(key_t clave, size_t tam) {
-    if (clave == IPC_PRIVATE) {
-        errno = EINVAL;
-        return nullptr;
-    }
+    if (clave == IPC_PRIVATE) return FalloNulo(EINVAL);
     const int id = shmget(clave, tam, tam ? 0777 | IPC_CREAT | IPC_EXCL : 0777);
     if (id == -1) return nullptr;
     void *dir = shmat(id, nullptr, 0);
     if (dir == reinterpret_cast<void *>(-1)) {
         const int motivo = errno;
         if (tam) shmctl(id, IPC_RMID, nullptr);
-        errno = motivo;
-        return nullptr;
+        return FalloNulo(motivo);
     }
     struct shmid_ds segmento = {};
     shmctl(id, IPC_STAT, &segmento);
@@ -108,17 +105,15 @@ void *doMmapFichero(const char *fich, int proteccion) {
     SincronizarES(); // the file may be the one that the shell prints to: its size is that of all the text
     struct stat st;
     if (stat(fich, &st) == -1) return nullptr;
-    if (S_ISFIFO(st.st_mode)) { // opening one would wait for a writer, only to be refused by mmap
-        errno = ENODEV;
-        return nullptr;
-    }
+    if (S_ISFIFO(st.st_mode))
+        return FalloNulo(ENODEV); // opening one would wait for a writer, for mmap to refuse
     const int df = open(fich, modo);
     if (df == -1) return nullptr;
     void *dir = MapearDescriptor(df, static_cast<size_t>(st.st_size), proteccion, fich, modo);
     if (!dir) { // nobody would know of the descriptor
         const int motivo = errno;
         close(df);
-        errno = motivo;
+        return FalloNulo(motivo);
     }
     return dir;
 }
