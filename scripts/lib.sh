@@ -29,7 +29,7 @@ need() {
 }
 
 compiler_packages=(g++=g++ cmake=cmake make=make)
-test_packages=(/usr/include/gtest/gtest.h=libgtest-dev python3=python3 ps=procps rlwrap=rlwrap)
+test_packages=(/usr/include/gtest/gtest.h=libgtest-dev python3=python3 strace=strace ps=procps rlwrap=rlwrap)
 package_packages=(pandoc=pandoc mandoc=mandoc lintian=lintian dpkg-shlibdeps=dpkg-dev file=file)
 
 # build PRESET DIRECTORY [TARGET] [CMAKE_OPTION...]: configures when needed and builds with all cores. Prints the

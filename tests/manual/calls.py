@@ -1,0 +1,163 @@
+"""A page of the manual says of each command which system calls it makes. Runs its examples under strace and looks for
+every call that a section cites as name(2) among those that the section's own lines brought about.
+
+    calls.py PROGRAM PAGE    ends with 1 when a cited call is not made, with 77 when nothing can be traced here
+"""
+
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+from pages import LLAMADA, sections  # noqa: E402
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "practicas"))
+from _practica import notacion  # noqa: E402
+from _practica.comprobar import Ejecucion, Falla, usuario_actual  # noqa: E402
+from _practica.conductor import Conductor, Problema  # noqa: E402
+
+NOTHING_TO_TRACE = 77
+LINES_OF_THE_TOOL = 2  # what the practice tool types in a new shell; until then the program is being loaded
+
+# Names of a call in the kernel, where they are not that of the manual. A text after the blank has to stand among the
+# arguments, after a "!" it must not.
+KERNEL = {
+    "dup2": ["dup2", "dup3"],
+    "exit": ["exit_group"],
+    "fork": ["clone", "clone3", "fork"],
+    "getrlimit": ["prlimit64", "getrlimit"],
+    "link": ["link", "linkat"],
+    "lseek": ["lseek", "_llseek"],
+    "lstat": ["lstat", "lstat64", "newfstatat AT_SYMLINK_NOFOLLOW", "statx AT_SYMLINK_NOFOLLOW"],
+    "mkdir": ["mkdir", "mkdirat"],
+    "mmap": ["mmap", "mmap2"],
+    "open": ["open", "openat"],
+    "pause": ["pause", "ppoll"],
+    "pipe": ["pipe", "pipe2"],
+    "readlink": ["readlink", "readlinkat"],
+    "rmdir": ["rmdir", "unlinkat AT_REMOVEDIR"],
+    "seteuid": ["setresuid", "setresuid32"],
+    "sigaction": ["rt_sigaction"],
+    "sigprocmask": ["rt_sigprocmask"],
+    "sigsuspend": ["rt_sigsuspend"],
+    "stat": ["stat", "stat64", "newfstatat !AT_SYMLINK_NOFOLLOW", "statx !AT_SYMLINK_NOFOLLOW"],
+    "symlink": ["symlink", "symlinkat"],
+    "uname": ["uname"],
+    "unlink": ["unlink", "unlinkat !AT_REMOVEDIR"],
+    "waitpid": ["wait4", "waitpid"],
+}
+WITHOUT_A_CALL = {"time"}  # the C library finds the answer in memory that the kernel keeps for it (vDSO)
+
+_LINE = re.compile(r"(\d+) +(\d+\.\d+) (?:(\w+)\(|<\.\.\. \w+ resumed>)(.*)")
+
+
+def kernel_names(call):
+    return [name.partition(" ") for name in KERNEL.get(call, [call])]
+
+
+def made(call, traced):
+    """Whether one of the traced (name, arguments) is this call. The shell reads and writes its own streams all the time:
+    descriptors 0 to 2 do not prove that a command reads or writes."""
+    for name, arguments in traced:
+        for wanted, _, text in kernel_names(call):
+            if name != wanted or (call in ("read", "write") and re.match(r"[012],", arguments)):
+                continue
+            if not text or (text[1:] not in arguments if text[0] == "!" else text in arguments):
+                return True
+    return False
+
+
+def trace(program, page, calls):
+    """Runs the page's sheet. [(time at which a step began, its line)], [(time, name, arguments) of a call of a shell or
+    of its children before they are another program]."""
+    names = sorted({name for call in calls | {"read", "execve"} for name, _, _ in kernel_names(call)})
+    with tempfile.TemporaryDirectory(prefix="manual.") as scratch:
+        os.chmod(scratch, 0o755)
+        traced_program = Path(scratch, "shell")
+        order = ["strace", "-D", "-f", "--seccomp-bpf", "-q", "-q", "-ttt", "-s", "64", "-e", "signal=none"]
+        order += ["-e", "trace=" + ",".join("?" + name for name in names)]
+        traced_program.write_text(
+            f"#!{sys.executable} -I\nimport os\n"
+            f"os.execvp('strace', {order!r} + ['-o', f'{scratch}/trace.{{os.getpid()}}', {os.path.abspath(program)!r}])\n"
+        )
+        traced_program.chmod(0o755)
+        sheet = notacion.leer(page)
+        steps = []
+        with Conductor(str(traced_program), page.stem) as conductor:
+            run = Ejecucion(sheet, conductor)
+            for n, step in enumerate(sheet.pasos(usuario_actual())):
+                steps.append((time.time(), step.linea))
+                run.paso(n)
+            conductor.despedir()
+        seen = []
+        for file in Path(scratch).glob("trace.*"):
+            lines_read, other_program = 0, set()
+            for line in file.read_text(encoding="utf-8", errors="replace").splitlines():
+                parts = _LINE.match(line)
+                if not parts:
+                    continue
+                pid, when, name, arguments = parts.groups()
+                lines_read += name == "read" and re.match(r'0, ".*\\n",', arguments) is not None
+                if lines_read < LINES_OF_THE_TOOL:
+                    continue
+                if name and pid not in other_program:
+                    seen.append((float(when), name, arguments))
+                if "execve" in line and arguments.endswith("= 0"):
+                    other_program.add(pid)
+    return steps, seen
+
+
+def section_of(line, found):
+    """Name of the command whose section holds the line, or None."""
+    names = [name for start, name, _ in found if start < line]
+    return names[-1] if names else None
+
+
+def check(program, page):
+    """Complaints about one page, and how many citations held."""
+    found = sections(page)
+    cited = {name: [call for call, part in LLAMADA.findall(body) if part == "2"] for _, name, body in found}
+    calls = {call for those in cited.values() for call in those} - WITHOUT_A_CALL
+    try:
+        steps, seen = trace(program, page, calls)
+    except (Falla, Problema, notacion.Error) as reason:
+        return [f"{page.name}: the examples do not pass under strace: {reason}"], 0
+    by_section = {name: [] for name in cited}
+    for when, name, arguments in seen:
+        lines = [line for began, line in steps if began <= when]
+        section = section_of(lines[-1], found) if lines else None
+        if section:
+            by_section[section].append((name, arguments))
+    wanted = [(name, call) for name in cited for call in dict.fromkeys(cited[name]) if call not in WITHOUT_A_CALL]
+    missing = [
+        f"{page.name}: {name}: its example does not make the call {call}(2)"
+        for name, call in wanted
+        if not made(call, by_section[name])
+    ]
+    return missing, len(wanted) - len(missing)
+
+
+def can_trace():
+    try:
+        return subprocess.run(["strace", "-D", "-o", "/dev/null", "true"], stderr=subprocess.DEVNULL).returncode == 0
+    except FileNotFoundError:
+        return False
+
+
+def main():
+    program, page = sys.argv[1:]
+    if not can_trace():
+        print("no strace here, or it may not trace: nothing checked")
+        return NOTHING_TO_TRACE
+    missing, held = check(program, Path(page))
+    print(*missing, sep="\n", end="\n" if missing else "")
+    print(f"{page}: {held} cited calls seen, {len(missing)} not")
+    return 1 if missing else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
