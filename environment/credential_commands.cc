@@ -9,6 +9,9 @@
 #include "environment/credentials.h"
 #include "files/owner_names.h"
 
+// The commands that show the user ids and change the effective one. The real one stays, and with it the way
+// back.
+
 namespace {
 
 void MostrarCredenciales() {

@@ -10,6 +10,10 @@
 #include "environment/variables.h"
 #include "environment/wrong_changes.h"
 
+// The commands that show and change environment variables, in the array that the user says: the third
+// argument of main or environ, which part ways when putenv moves environ. The usage lines are fixed as they
+// stand, also where two of one command differ.
+
 namespace {
 
 /// Prints the variable's entry in an array, behind `via`; nothing when it has none.

@@ -9,6 +9,8 @@
 #include "files/commands.h"
 #include "files/directory.h"
 
+// The commands that create empty files and directories. A name that exists, of whatever kind, is refused.
+
 namespace {
 
 /// Creates the empty regular file `nombre`, which must not exist. Returns 0, or -1 with the `errno` of
@@ -25,7 +27,7 @@ void Crear(const char *nombre, int (*crear)(const char *)) {
     if (!nombre)
         PrintDirActual();
     else if (crear(nombre) == -1)
-        Imprimir("Imposible crear %s: %s", nombre, strerror(errno));
+        Imprimir("Imposible crear %s: %s", nombre, strerror(errno)); // and the prompt in the same line
 }
 
 } // namespace

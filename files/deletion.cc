@@ -97,7 +97,8 @@ int Vaciar(Nivel *nivel) {
 
 /// Deletes the directory `nombre` of the directory open as `df`.
 int BorrarDirectorioEn(int df, const char *nombre) {
-    // rmdir refuses these names; it is asked before everything else is gone, not after.
+    // rmdir refuses these names, but only once all else in the directory would be gone. It is asked first, on
+    // purpose: the user keeps a tree that could not be deleted in the end.
     if (EsPuntoOPuntoPunto(nombre)) return unlinkat(df, nombre, AT_REMOVEDIR);
     Nivel nivel = {nullptr, AbrirDirectorioEn(df, nombre)};
     if (!nivel.dir.Abierto() || Vaciar(&nivel) == -1) return -1;

@@ -7,6 +7,8 @@
 #include "files/deletion.h"
 #include "files/directory.h"
 
+// delete takes one name at a time away, deltree whole trees. One that stays does not keep the others.
+
 namespace {
 
 /// Deletes every name by `borrar`, going on after a failure; without names shows the current directory.

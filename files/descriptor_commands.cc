@@ -65,6 +65,7 @@ void Cmd_open(char *args[]) {
         InformarError("Imposible abrir fichero");
         return;
     }
+    // Entry -1 for a number beyond the table: the descriptor is open all the same.
     Imprimir("Anadida entrada %d a la tabla ficheros abiertos\n", AddOpenFile(df, args[0], flags, 0));
 }
 

@@ -87,6 +87,7 @@ const char *Permisos(mode_t modo) {
     permisos[0] = TipoFichero(modo);
     for (int i = 0; i < 9; i++)
         if (modo & (S_IRUSR >> i)) permisos[1 + i] = "rwx"[i % 3];
+    // Always small: the execute bits under them are not told apart.
     if (modo & S_ISUID) permisos[3] = 's';
     if (modo & S_ISGID) permisos[6] = 's';
     if (modo & S_ISVTX) permisos[9] = 't';

@@ -6,6 +6,8 @@
 #include "base/output.h"
 #include "files/commands.h"
 
+// The commands that give a file another name: one of the same standing, or one that only points to it.
+
 namespace {
 
 /// Whether both names of a link are there; says how the command is used when they are not.
@@ -25,6 +27,8 @@ void Cmd_hardlink(char *args[]) {
 
 void Cmd_symlink(char *args[]) {
     if (!HayNombres(args)) return;
+    // The link holds the first name as typed: looked up from where the link is, whether there is such a file
+    // or not.
     if (symlink(args[0], args[1]) == -1)
         Imprimir("Imposible crear enlace simbolico a %s: %s\n", args[0], strerror(errno));
 }

@@ -19,7 +19,7 @@ bool Oculto(const char *nombre) { return nombre[0] == '.'; }
 int ListarDirectorio(const DirectorioListado &dir, const OpcionesListado &o) {
     if (o.rec == 2) ListarSubdirectorios(dir, o);
     const int resultado = ListarDirectorioSimple(dir, o);
-    const int motivo = errno;
+    const int motivo = errno; // of this directory: what comes of the subdirectories is not told
     if (o.rec == 1) ListarSubdirectorios(dir, o);
     errno = motivo;
     return resultado;

@@ -9,6 +9,9 @@
 #include "files/file_details.h"
 #include "files/listing.h"
 
+// stat and the listings. Option words come first; the first word that is none is a name, and so are all after
+// it.
+
 namespace {
 
 /// Which options a command knows besides -long, -link and -acc.

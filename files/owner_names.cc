@@ -15,8 +15,8 @@ struct NombresVistos {
     static constexpr unsigned kIntentos = 16;
     struct Fila {
         unsigned id;
-        unsigned orden; // the command that filled it
-        char nombre[56];
+        unsigned orden;  // the command that filled it
+        char nombre[56]; // a longer one is looked up for every line
     } filas[kMax];
 
     Fila *Buscar(unsigned id, unsigned orden) {

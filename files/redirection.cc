@@ -30,10 +30,12 @@ struct FlujoEstandar {
 FlujoEstandar redstruct[kNumFlujos];
 int inicializadaredireccion;
 
-/// Puts a duplicate of df in the place of a standard descriptor.
+/// Puts a duplicate of df in the place of a standard descriptor. In two steps on purpose, where dup2 would do
+/// in one: that dup gives the lowest free number, the one just closed, is what redirection shows. In between
+/// the stream is closed; the shell prints nothing then, and a handler's notice is lost.
 void Sustituir(int estandar, int df) {
     close(estandar);
-    const int nuevo = dup(df); // the lowest free number: the one just closed
+    const int nuevo = dup(df);
     if (nuevo == estandar || nuevo == -1) return;
     // A lower standard descriptor was closed too, and dup took that one.
     fcntl(df, F_DUPFD, estandar);
@@ -41,7 +43,8 @@ void Sustituir(int estandar, int df) {
 }
 
 /// Opens a file for redirection, never as a standard descriptor: where one of those is closed, the shell
-/// would print into the file, or read from it, without being asked.
+/// would print into the file, or read from it, without being asked. On purpose its number is another one then
+/// than open() gave.
 int AbrirFichero(const char *fichero, int flags) {
     const int df = open(fichero, flags, 0755);
     if (df == -1 || df >= kPrimeroLibre) return df;
@@ -50,7 +53,9 @@ int AbrirFichero(const char *fichero, int flags) {
 }
 
 void InitRedirDescriptor(int fd) {
-    const int copia = fcntl(fd, F_DUPFD, kPrimeroLibre); // dup() could take a standard descriptor's place
+    // dup() would take the place of a standard descriptor that is closed. On purpose the copy has another
+    // number then than dup() would give it: kPrimeroLibre or more.
+    const int copia = fcntl(fd, F_DUPFD, kPrimeroLibre);
     if (copia == -1) return;
     redstruct[fd] = {fd, copia, -1, nullptr};
     UsarEnRedireccion(fd);

@@ -8,6 +8,10 @@
 #include "files/commands.h"
 #include "files/redirection.h"
 
+// The commands that point the standard streams of the shell itself at files and back. Each synchronises
+// first: what was printed belongs where the stream has led so far, and the next line comes from where it
+// leads then.
+
 namespace {
 
 /// What redin, redout and rederr do with their words.

@@ -7,6 +7,8 @@
 #include "memfs/label_list.h"
 #include "memfs/sf_identifier.h"
 
+// assign and the list of labels: names that the commands of memory file systems take for addresses.
+
 namespace {
 
 void Cmd_addAssign(const char *comando, char *args[]) {

@@ -17,7 +17,7 @@ int ValidSFAddr(const void *dir) {
 }
 
 void *ObtenerDireccionSF(const char *palabra) {
-    void *dir = LabelAddr(palabra);
+    void *dir = LabelAddr(palabra); // first, so that a label may look like a number
     return dir ? dir : reinterpret_cast<void *>(strtoull(palabra, nullptr, 16));
 }
 
@@ -26,7 +26,7 @@ void ObtenerIdfich(Idfich *id, char *palabra) {
         *id = {kSFNoValido, nullptr};
         return;
     }
-    char *separador = strchr(palabra, ':');
+    char *separador = strchr(palabra, ':'); // a path that has a colon cannot be named
     if (!separador) {
         *id = {kSFDisco, palabra};
         return;

@@ -6,6 +6,8 @@
 #include "memfs/file_system.h"
 #include "memory/block_list.h"
 
+// memfs-find: the recorded blocks that hold an SF, whoever put it there.
+
 namespace {
 
 /// Copies the start of a mapping through a pipe. The kernel answers EFAULT for what cannot be

@@ -13,6 +13,9 @@
 #include "memory/commands.h"
 #include "signals/child.h"
 
+// mem: where the regions of the process lie, by the addresses of variables, functions and blocks in them, and
+// by the system's own map.
+
 void (*funcionDeLinea)(char *palabras[]);
 
 /// The entry point, which the language does not let a program name.

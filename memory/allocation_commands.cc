@@ -12,6 +12,9 @@
 #include "memory/block_list.h"
 #include "memory/commands.h"
 
+// The commands that obtain and release blocks of memory. allocate, deallocate, malloc, shared and mmap hand
+// their words on to the command for the kind of block.
+
 namespace {
 
 bool Es(const char *palabra, const char *opcion) { return strcmp(palabra, opcion) == 0; }
@@ -123,7 +126,7 @@ void Cmd_delkey(char *args[]) {
     const int id = shmget(clave, 0, 0666);
     if (id == -1)
         InformarError("shmget: imposible obtener memoria compartida");
-    else if (shmctl(id, IPC_RMID, nullptr) == -1)
+    else if (shmctl(id, IPC_RMID, nullptr) == -1) // it goes with its last attachment, perhaps one of ours
         InformarError("shmctl: imposible eliminar memoria compartida\n");
 }
 

@@ -59,7 +59,7 @@ void MostrarMemoria(const void *dir, unsigned long long cont) {
     uintptr_t pagina = ~uintptr_t{0}; // the last one that was touched
     for (unsigned long long filas = cont / kBytesFila; filas > 0; filas--) {
         const uintptr_t ultima = (fila + kBytesFila - 1) / kTamPagina;
-        if (ultima != pagina) VolcarSalida();
+        if (ultima != pagina) VolcarSalida(); // this row may be the one that faults
         MostrarLinea(reinterpret_cast<const void *>(fila), kBytesFila);
         pagina = ultima;
         fila += kBytesFila;

@@ -4,6 +4,8 @@
 #include "base/synchronisation.h"
 #include "memory/commands.h"
 
+// recurse: the stack, frame by frame.
+
 namespace {
 
 constexpr int kTamArray = 4096;
