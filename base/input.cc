@@ -7,12 +7,12 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/large_storage.h"
 #include "base/output.h"
-#include "base/words.h"
 
 namespace {
 
-constexpr size_t kTamBloque = 8192;
+constexpr size_t kTamBloque = 4096; // one page: it is read anew after each program that a line starts
 
 /// How descriptor 0 may be read without taking more than a line; found out anew after each SincronizarES,
 /// since whatever runs then may put another file there. Not even a terminal keeps to a line: what was typed
@@ -23,9 +23,8 @@ enum class Fuente { Desconocida, Fichero, Otra };
 Fuente fuente_;
 size_t pos_, fin_;    // the part of bloque_ that has been read and not yet used
 off_t lugar_;         // of a file: the offset of the byte after the block
-size_t numPendiente_; // the bytes in pendiente_
-char bloque_[kTamBloque];
-char pendiente_[kMaxLinea]; // the line being put together; survives an interrupted read
+size_t numPendiente_; // the bytes of an unfinished line in the caller's buffer
+alignas(kAparte) char bloque_[kTamBloque];
 
 /// Whether descriptor `df` leads to the file described.
 bool LlevaA(int df, const struct stat &fichero) {
@@ -71,7 +70,6 @@ ssize_t LeerBloque() {
 }
 
 Lectura Entregar(char *linea) {
-    memcpy(linea, pendiente_, numPendiente_);
     linea[numPendiente_] = '\0';
     numPendiente_ = 0;
     return Lectura::Linea;
@@ -87,7 +85,7 @@ Lectura LeerLinea(char *linea, size_t tam) {
             if (n > maximo - numPendiente_) n = maximo - numPendiente_;
             const void *salto = memchr(bloque_ + pos_, '\n', n);
             if (salto) n = static_cast<size_t>(static_cast<const char *>(salto) - (bloque_ + pos_)) + 1;
-            memcpy(pendiente_ + numPendiente_, bloque_ + pos_, n);
+            memcpy(linea + numPendiente_, bloque_ + pos_, n);
             pos_ += n;
             numPendiente_ += n;
             if (salto || numPendiente_ == maximo) return Entregar(linea);

@@ -12,13 +12,14 @@
 #include <cstring>
 
 #include "base/held_signals.h"
+#include "base/large_storage.h"
 #include "base/write_all.h"
 
 namespace {
 
 constexpr size_t kTamSalida = 65536;
 
-char texto_[kTamSalida];
+alignas(kAparte) char texto_[kTamSalida];
 
 /// The part of texto_ that is waiting to be written.
 struct alignas(8) Tramo {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/element_list.h"
 #include "memfs/file_system.h"
 #include "memory/block_list.h"
 #include "memory/dump.h"

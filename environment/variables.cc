@@ -6,6 +6,7 @@
 
 #include "base/element_list.h"
 #include "base/failure.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 #include "base/synchronisation.h"
 
@@ -14,7 +15,7 @@ char ***addrmain3arg;
 
 namespace {
 
-ListaElementos entorno_; // the strings placed, to be released at exit
+alignas(kAparte) ListaElementos entorno_; // the strings placed, to be released at exit
 
 bool CabeNombre(const char *nombre) { return strnlen(nombre, kTamVariable) <= kTamVariable - 2; }
 

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "base/failure.h"
+#include "base/large_storage.h"
 #include "environment/variables.h"
 
 namespace {
@@ -59,7 +60,7 @@ int CambiarVariableMalAutomatic(const char *nombre, const char *valor, char *ent
 }
 
 int CambiarVariableMalStatic(const char *nombre, const char *valor, char *entorno[]) {
-    static char texto[kTamVariable];
+    alignas(kAparte) static char texto[kTamVariable];
     // Looked up before the buffer is written: after it, an entry that already stands in the buffer would be
     // found in the place of the variable's own.
     int pos = BuscarVariable(nombre, entorno ? entorno : environ);

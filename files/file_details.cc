@@ -10,6 +10,7 @@
 
 #include "base/bounded_text.h"
 #include "base/dates.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 #include "files/owner_names.h"
 
@@ -54,7 +55,7 @@ void AnadeEnlace(TextoAcotado *linea, int dir, const char *ruta) {
 } // namespace
 
 const char *DetallesFichero(int corto, int dir, const char *nombre, int link, int acc) {
-    static char linea[kTamLinea];
+    alignas(kAparte) static char linea[kTamLinea];
     struct stat st;
     if (fstatat(dir, nombre, &st, AT_SYMLINK_NOFOLLOW) == -1) {
         FormarError(linea, nombre, strerror(errno));

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "base/failure.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 
 namespace {
@@ -21,7 +22,7 @@ struct FicheroAbierto {
     int redir; // 1 when it takes part in redirection; independent of the name
 };
 
-FicheroAbierto OpenFilesList[kMaxDescriptores];
+alignas(kAparte) FicheroAbierto OpenFilesList[kMaxDescriptores];
 
 constexpr const char *kNombresEstandar[] = {"entrada estandar", "salida estandar", "error estandar"};
 constexpr int kEntradasSiempreListadas = 20;

@@ -3,6 +3,7 @@
 #include <grp.h>
 #include <pwd.h>
 
+#include "base/large_storage.h"
 #include <cerrno>
 #include <cstring>
 
@@ -28,7 +29,7 @@ struct NombresVistos {
         return &filas[id % kMax];
     }
 };
-NombresVistos usuarios_, grupos_;
+alignas(kAparte) NombresVistos usuarios_, grupos_;
 unsigned orden_ = 1; // a name is good for one command
 
 const char *NombreVisto(NombresVistos *vistos, unsigned id, const char *(*buscar)(unsigned)) {

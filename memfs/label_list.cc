@@ -4,10 +4,11 @@
 #include <cstring>
 
 #include "base/failure.h"
+#include "base/large_storage.h"
 
 namespace {
 
-ListaLabel labels_;
+alignas(kAparte) ListaLabel labels_;
 
 /// A label in its entry's form, cut and padded with nulls, as one number: a search compares thousands.
 using Clave = uint64_t;

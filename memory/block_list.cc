@@ -8,9 +8,10 @@
 
 #include "base/dates.h"
 #include "base/failure.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 
-ListaBloquesMemoria L;
+alignas(kAparte) ListaBloquesMemoria L;
 
 namespace {
 

@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "base/address.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 #include "base/synchronisation.h"
 #include "base/words.h"
@@ -81,7 +82,7 @@ void Cmd_memcopy(char *args[]) {
 
 void Cmd_stringcopy(char *args[]) {
     if (!args[0] || !args[1]) return;
-    static char cadena[kMaxLinea]; // whatever fits in a line fits here
+    alignas(kAparte) static char cadena[kMaxLinea]; // whatever fits in a line fits here
     void *destino = cadtop(args[0]);
     const size_t largo = UnirPalabras(cadena, sizeof cadena, args + 1);
     PrepararEscritura();

@@ -1,5 +1,6 @@
 #include <cstdlib>
 
+#include "base/large_storage.h"
 #include "base/output.h"
 #include "base/synchronisation.h"
 #include "memory/commands.h"
@@ -10,7 +11,7 @@ namespace {
 
 constexpr int kTamArray = 4096;
 
-char estatico_[kTamArray];
+alignas(kAparte) char estatico_[kTamArray];
 
 /// Shows where the parameter and the array of each frame lie; n is bounded by the stack alone. The stores and
 /// the load after the call are volatile, so that the array is in use until the deeper frames are gone: the

@@ -11,11 +11,12 @@
 
 #include "base/dates.h"
 #include "base/failure.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 #include "base/words.h"
 #include "signals/signal_names.h"
 
-ListaProcesos LP;
+alignas(kAparte) ListaProcesos LP;
 
 namespace {
 

@@ -7,10 +7,11 @@
 
 #include "base/bounded_text.h"
 #include "base/element_list.h"
+#include "base/large_storage.h"
 
 namespace {
 
-ListaElementos ruta_;
+alignas(kAparte) ListaElementos ruta_;
 
 constexpr size_t kTamPath = 2048;
 constexpr size_t kTamCandidato = 1024;
@@ -45,7 +46,7 @@ int PathAddPath() {
 }
 
 const char *Ejecutable(const char *nombre) {
-    static char candidato[kTamCandidato];
+    alignas(kAparte) static char candidato[kTamCandidato];
     if (!nombre) return nullptr;
     if (EmpiezaPor(nombre, "/") || EmpiezaPor(nombre, "./") || EmpiezaPor(nombre, "../")) return nombre;
     for (const char *dir = PathFirst(); dir; dir = PathNext()) {

@@ -1,12 +1,13 @@
 #include "shell/historic.h"
 
 #include "base/element_list.h"
+#include "base/large_storage.h"
 
 int loopHistoric;
 
 namespace {
 
-ListaElementos historico_;
+alignas(kAparte) ListaElementos historico_;
 
 } // namespace
 

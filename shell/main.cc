@@ -6,6 +6,7 @@
 
 #include "base/held_signals.h"
 #include "base/input.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 #include "base/synchronisation.h"
 #include "base/words.h"
@@ -24,10 +25,9 @@
 
 namespace {
 
-// Static: they live across the jump to EstadoGuardado.
-char *palabras_[kMaxPalabras];
-char linea_[kMaxLinea];
-char copia_[kMaxLinea];
+// Static: they live across the jump to EstadoGuardado, half a line that a signal has interrupted included.
+alignas(kAparte) char *palabras_[kMaxPalabras];
+alignas(kAparte) char linea_[kMaxLinea];
 int finesSeguidos_;
 
 /// Whether the loop goes on after a read that gave no line.
@@ -39,6 +39,8 @@ bool SeguirTrasFallo(Lectura resultado) {
     constexpr int kMaxFinesSeguidos = 10;
     return resultado == Lectura::Fin && EntradaEsTerminal() && ++finesSeguidos_ < kMaxFinesSeguidos;
 }
+
+bool HayPalabra(const char *linea) { return linea[strspn(linea, " \t\n")] != '\0'; }
 
 void GuardarEnHistorico(char *linea) {
     if (char *salto = strchr(linea, '\n')) *salto = '\0';
@@ -59,9 +61,9 @@ void BuclePrincipal() {
         }
         SincronizarTrasDanos();
         finesSeguidos_ = 0;
-        strcpy(copia_, linea_);
-        if (TrocearCadena(linea_, palabras_) == 0) continue;
-        GuardarEnHistorico(copia_);
+        if (!HayPalabra(linea_)) continue;
+        GuardarEnHistorico(linea_); // before it is cut into words
+        TrocearCadena(linea_, palabras_);
         ProcesarEntrada(palabras_);
     }
 }

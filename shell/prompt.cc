@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "base/bounded_text.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 #include "shell/commands.h"
 
@@ -19,9 +20,9 @@ namespace {
 
 constexpr size_t kTamPrompt = 1024;
 
-char resuelto_[PATH_MAX];   // what realpath may fill
-char directorio_[PATH_MAX]; // in which DirectoryLast finds its component, of whatever depth the system can
-                            // tell
+alignas(kAparte) char resuelto_[PATH_MAX];   // what realpath may fill
+alignas(kAparte) char directorio_[PATH_MAX]; // in which DirectoryLast finds its component
+                                             // the system can tell
 char especificacion_[kTamPrompt] = "%o@%m{%B}%b%%)%b";
 
 enum class Generacion { Bien, EscapeInvalido, NoCabe };
@@ -134,7 +135,7 @@ const char *CadenaEquivalente(char c) {
 }
 
 const char *SetPrompt(const char *spec) {
-    static char prompt[kTamPrompt];
+    alignas(kAparte) static char prompt[kTamPrompt];
     char texto[kTamPrompt];
     // A specification that its buffer cannot hold is refused, and so is a prompt that could not be shown
     // whole.

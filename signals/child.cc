@@ -10,6 +10,7 @@
 
 pid_t Bifurcar() {
     SincronizarES();
+    if (!HayManejadores()) return fork();
     // From the fork to the last default action the child may not be interrupted: until then the handlers are
     // there.
     sigset_t todas, previa;

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "base/bounded_text.h"
+#include "base/large_storage.h"
 #include "base/output.h"
 #include "signals/handler_settings.h"
 #include "signals/signal_names.h"
@@ -17,8 +18,11 @@ sigset_t conManejador_;
 bool hayManejadores_;
 
 void Recordar(int senal, bool manejador) {
-    if (!hayManejadores_) sigemptyset(&conManejador_);
-    hayManejadores_ = true;
+    if (manejador && !hayManejadores_) {
+        sigemptyset(&conManejador_);
+        hayManejadores_ = true;
+    }
+    if (!hayManejadores_) return;
     if (manejador)
         sigaddset(&conManejador_, senal);
     else
@@ -61,8 +65,9 @@ int InstalarManejadorSenal(int senal, void (*manejador)(int), int flags, const s
     return 0;
 }
 
+bool HayManejadores() { return hayManejadores_; }
+
 void SoltarManejadores() {
-    if (!hayManejadores_) return;
     for (int senal = 1; senal <= kMaxSenal; senal++)
         if (sigismember(&conManejador_, senal) == 1) InstalarManejadorSenal(senal, SIG_DFL, 0, nullptr);
 }
@@ -79,7 +84,7 @@ bool EstaIgnoradaSenal(int senal) { return TieneManejador(senal, SIG_IGN); }
 bool EstaDefectoSenal(int senal) { return TieneManejador(senal, SIG_DFL); }
 
 const char *InfoMascara(const sigset_t *mascara) {
-    static char info[kTamInfo]; // kMaxMiembro names of at most 10 characters and a blank fit
+    alignas(kAparte) static char info[kTamInfo]; // kMaxMiembro names of at most 10 characters and a blank fit
     TextoAcotado texto(info, sizeof info);
     for (int senal = 1; senal <= kMaxMiembro; senal++) {
         if (sigismember(mascara, senal) != 1) continue;
@@ -97,7 +102,7 @@ const char *InfoHandlerSenal(int senal) {
                   {SA_ONSTACK, "ONSTACK "},
                   {static_cast<int>(SA_RESETHAND), "RESETHAND "},
                   {SA_NODEFER, "NODEFER "}};
-    static char info[kTamInfo];
+    alignas(kAparte) static char info[kTamInfo];
     TextoAcotado texto(info, sizeof info);
     struct sigaction accion;
     if (sigaction(senal, nullptr, &accion) == -1) return info;
@@ -111,7 +116,7 @@ const char *InfoHandlerSenal(int senal) {
 }
 
 const char *InfoManejador(int senal) {
-    static char info[kTamInfo];
+    alignas(kAparte) static char info[kTamInfo];
     struct sigaction accion = {};
     sigaction(senal, nullptr, &accion);
     snprintf(info, sizeof info, "%p %s %s -sleep:%d %s", reinterpret_cast<void *>(accion.sa_handler),
@@ -120,7 +125,7 @@ const char *InfoManejador(int senal) {
 }
 
 const char *InfoSenal(int senal) {
-    static char info[kTamInfo];
+    alignas(kAparte) static char info[kTamInfo];
     const char *disposicion = EstaIgnoradaSenal(senal)  ? "SIG_IGN"
                               : EstaDefectoSenal(senal) ? "SIG_DFL"
                                                         : InfoManejador(senal);

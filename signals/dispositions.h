@@ -8,6 +8,9 @@
 /// sigaction() with this handler, these SA_ flags and this mask (empty when null). Returns what it returned.
 int InstalarManejadorSenal(int senal, void (*manejador)(int), int flags, const sigset_t *mascara);
 
+/// Whether InstalarManejadorSenal has ever given a signal a handler.
+bool HayManejadores();
+
 /// In a child that is not to act as the shell: every signal that InstalarManejadorSenal gave a handler takes
 /// its default action.
 void SoltarManejadores();
