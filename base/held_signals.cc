@@ -5,20 +5,22 @@
 
 namespace {
 
+sigset_t deUnaVez_;      // those of the held signals whose handler the system takes away
 sigset_t retenidas_;     // changed by commands alone, and in one word of it at a time
 sigset_t mascaraPrevia_; // of use while reteniendo_ is 1
 
 // Read and stored by handlers too.
 volatile sig_atomic_t hayRetenidas_; // until one is named, a write costs no other system call
+volatile sig_atomic_t hayDeUnaVez_;
 volatile sig_atomic_t reteniendo_;
 
-/// Those of retenidas_ that a handler would take now: a default action is not put off.
+/// Those of retenidas_ that have a handler at this moment.
 sigset_t RetenidasConManejador() {
     sigset_t conManejador = retenidas_;
     struct sigaction accion;
-    for (int sig = 1; sig < NSIG; sig++)
-        if (sigismember(&retenidas_, sig) == 1 && sigaction(sig, nullptr, &accion) == 0 &&
-            (accion.sa_handler == SIG_DFL || accion.sa_handler == SIG_IGN))
+    for (int sig = 1; hayDeUnaVez_ && sig < NSIG; sig++)
+        if (sigismember(&deUnaVez_, sig) == 1 && sigaction(sig, nullptr, &accion) == 0 &&
+            accion.sa_handler == SIG_DFL)
             sigdelset(&conManejador, sig);
     return conManejador;
 }
@@ -50,7 +52,7 @@ void DevolverSenales(const Retencion &retencion) {
     errno = motivo;
 }
 
-void RetenerAlVolcar(int sig, bool imprime) {
+void RetenerAlVolcar(int sig, bool imprime, bool unaVez) {
     switch (sig) {
     case SIGSEGV:
     case SIGBUS:
@@ -58,13 +60,15 @@ void RetenerAlVolcar(int sig, bool imprime) {
     case SIGILL: return;
     default: break;
     }
-    if (imprime) {
-        if (!hayRetenidas_) sigemptyset(&retenidas_);
-        sigaddset(&retenidas_, sig);
-        hayRetenidas_ = 1;
-    } else if (hayRetenidas_) {
-        sigdelset(&retenidas_, sig);
+    if (!imprime && !hayRetenidas_) return;
+    if (!hayRetenidas_) {
+        sigemptyset(&retenidas_);
+        sigemptyset(&deUnaVez_);
     }
+    (imprime && unaVez ? sigaddset : sigdelset)(&deUnaVez_, sig);
+    (imprime ? sigaddset : sigdelset)(&retenidas_, sig);
+    if (imprime && unaVez) hayDeUnaVez_ = 1;
+    hayRetenidas_ = 1;
 }
 
 void SoltarRetenidas() {

@@ -23,9 +23,10 @@ Retencion RetenerSenales();
 void DevolverSenales(const Retencion &retencion);
 
 /// From now on signal `sig` is held off while standard output is being written, when its handler prints
-/// (`imprime`); no more when it does not. The faults are never held off, nor is a signal that has no handler
-/// at that moment.
-void RetenerAlVolcar(int sig, bool imprime);
+/// (`imprime`); no more when it does not, or has gone: a default action is not put off. `unaVez`: the system
+/// takes the handler away as it runs (SA_RESETHAND), so each write asks whether it is still there. The faults
+/// are never held off.
+void RetenerAlVolcar(int sig, bool imprime, bool unaVez = false);
 
 /// To be called where a recovery jump lands: lets the signals go that a write cut off by the jump was
 /// holding.

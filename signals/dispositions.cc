@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "base/bounded_text.h"
+#include "base/held_signals.h"
 #include "base/large_storage.h"
 #include "base/output.h"
 #include "signals/handler_settings.h"
@@ -61,7 +62,9 @@ int InstalarManejadorSenal(int senal, void (*manejador)(int), int flags, const s
     else
         sigemptyset(&accion.sa_mask);
     if (sigaction(senal, &accion, nullptr) == -1) return -1;
-    Recordar(senal, manejador != SIG_DFL && manejador != SIG_IGN);
+    const bool tieneManejador = manejador != SIG_DFL && manejador != SIG_IGN;
+    Recordar(senal, tieneManejador);
+    if (!tieneManejador) RetenerAlVolcar(senal, false);
     return 0;
 }
 

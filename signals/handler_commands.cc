@@ -56,7 +56,7 @@ void InstalarContador(int senal, const Instalacion &i) {
     v[senal] = i.mostrar;
     r[senal] = i.reenviar;
     delay[senal] = i.dormir;
-    RetenerAlVolcar(senal, i.mostrar != 0);
+    RetenerAlVolcar(senal, i.mostrar != 0, i.flags & static_cast<int>(SA_RESETHAND));
     InstalarManejadorSenal(senal, handler, i.flags, &i.mascara);
 }
 

@@ -69,7 +69,7 @@ void BucleInfinito(void (*unidad)(), int pausa) {
 
 void Cmd_bucle(char *args[]) {
     SincronizarES(); // from here on the handler may run at any moment, one that was blocked at once
-    RetenerAlVolcar(SIGINT, true);
+    RetenerAlVolcar(SIGINT, true, true);
     InstalarManejadorSenal(SIGINT, ManejadorBucle, static_cast<int>(SA_RESETHAND), nullptr);
     DesenmascararSenal(SIGINT);
     void (*unidad)() = BucleUser;
