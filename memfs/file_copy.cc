@@ -18,7 +18,7 @@ int BuscarOrigen(const Idfich &origen) {
     const int i = BuscarFicheroSF(sf, origen.nombre);
     if (i == -1) return -1;
     const EntradaSF &entrada = Entradas(sf)[static_cast<uint32_t>(i)];
-    return uint64_t{entrada.desplazamiento} + entrada.tam <= DatosEnBloque(sf) ? i : Fallo(EIO);
+    return uint64_t{entrada.desplazamiento} + entrada.tam <= Alcance(sf).datos ? i : Fallo(EIO);
 }
 
 /// Whether a file of `tam` bytes can be added after the last one: 0, or -1: ENAMETOOLONG, ENOSPC, EEXIST, EIO
@@ -28,8 +28,9 @@ int ComprobarHueco(const SF *sf, const char *nombre, uint64_t tam) {
     const uint32_t num = sf->numFicheros;
     if (tam >= sf->libres || num >= sf->capacidad) return Fallo(ENOSPC);
     if (BuscarFicheroSF(sf, nombre) != -1) return Fallo(EEXIST);
-    if (num >= EntradasEnBloque(sf)) return Fallo(EIO);
-    return NuevoDesplazamiento(sf, num) + tam <= DatosEnBloque(sf) ? 0 : Fallo(EIO);
+    const AlcanceSF alcance = Alcance(sf);
+    if (num >= alcance.entradas || NuevoDesplazamiento(sf, num) + tam > alcance.datos) return Fallo(EIO);
+    return 0;
 }
 
 /// Whether the disk file can be moved, as far as can be told beforehand: 0, or -1: EINVAL (neither a regular

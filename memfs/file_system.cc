@@ -16,21 +16,24 @@ uint64_t BytesBloque(const SF *sf) {
     return tam == kSinTamano ? 0 : tam;
 }
 
+/// Entries in use that lie within the block.
+uint64_t EntradasEnUso(const SF *sf) { return std::min<uint64_t>(sf->numFicheros, Alcance(sf).entradas); }
+
 /// The most bytes that can be free. In 32 bits, as the validity is defined.
 uint32_t MaxLibres(const SF *sf) { return sf->tamTotal - static_cast<uint32_t>(TamanoSF(sf->capacidad)); }
 
 /// Whether file i can be taken out: all entries in use, the later files and the places that they move to lie
 /// within the block, and the SF remains valid.
 bool PuedeQuitarse(const SF *sf, uint32_t i) {
-    const uint32_t num = sf->numFicheros;
+    const AlcanceSF alcance = Alcance(sf);
     const EntradaSF *entradas = Entradas(sf);
-    if (num > EntradasEnBloque(sf) || uint64_t{sf->libres} + entradas[i].tam > MaxLibres(sf)) return false;
-    const uint64_t datos = DatosEnBloque(sf);
+    const uint64_t libres = sf->libres;
+    if (sf->numFicheros > alcance.entradas || libres + entradas[i].tam > MaxLibres(sf)) return false;
     uint64_t fin = NuevoDesplazamiento(sf, i);
-    for (uint32_t j = i + 1; j < num; j++) {
+    for (uint32_t j = i + 1; j < sf->numFicheros; j++) {
         const uint64_t tam = entradas[j].tam;
         fin += tam;
-        if (fin > datos || entradas[j].desplazamiento + tam > datos) return false;
+        if (fin > alcance.datos || entradas[j].desplazamiento + tam > alcance.datos) return false;
     }
     return true;
 }
@@ -45,14 +48,10 @@ int EsValidoSF(const void *dir) {
 
 int EspacioInsuficiente(uint32_t capacidad, uint64_t tam) { return tam <= TamanoSF(capacidad); }
 
-uint64_t EntradasEnBloque(const SF *sf) {
-    const uint64_t bytes = BytesBloque(sf);
-    return bytes < sizeof *sf ? 0 : (bytes - sizeof *sf) / sizeof(EntradaSF);
-}
-
-uint64_t DatosEnBloque(const SF *sf) {
+AlcanceSF Alcance(const SF *sf) {
     const uint64_t bytes = BytesBloque(sf), fijo = TamanoSF(sf->capacidad);
-    return bytes < fijo ? 0 : std::min<uint64_t>(bytes - fijo, UINT32_MAX);
+    return {bytes < sizeof *sf ? 0 : (bytes - sizeof *sf) / sizeof(EntradaSF),
+            bytes < fijo ? 0 : std::min<uint64_t>(bytes - fijo, UINT32_MAX)};
 }
 
 unsigned char *DirPrincipioDatos(SF *sf) {
@@ -93,7 +92,7 @@ void ListarSF(SF *sf) {
     Imprimir("SF de %u bytes con capacidad para %u ficheros %s\n", sf->tamTotal, sf->capacidad,
              TextoFecha(fecha));
     Imprimir("      %u bytes desponibles. Total %u fichero(s) \n", sf->libres, sf->numFicheros);
-    const uint64_t num = std::min<uint64_t>(sf->numFicheros, EntradasEnBloque(sf));
+    const uint64_t num = EntradasEnUso(sf);
     for (uint32_t i = 0; i < num; i++) {
         const EntradaSF &entrada = Entradas(sf)[i];
         // The precision stops at the end of the field a name that another program left without its null.
@@ -111,15 +110,14 @@ int BuscarFicheroSF(const SF *sf, const char *nombre) {
     memcpy(&inicio, nombre, enInicio);
     memset(&mascara, 0xff, enInicio);
     const EntradaSF *entradas = Entradas(sf);
-    const uint64_t alcanzables = EntradasEnBloque(sf);
-    for (uint32_t i = 0; i < sf->numFicheros; i++) {
-        if (i == alcanzables) return Fallo(EIO);
+    const uint64_t num = EntradasEnUso(sf);
+    for (size_t i = 0; i < num; i++) {
         uint64_t suyo;
         memcpy(&suyo, entradas[i].nombre, sizeof suyo);
         if ((suyo & mascara) == inicio && memcmp(entradas[i].nombre, nombre, n) == 0)
             return static_cast<int>(i);
     }
-    return Fallo(ENOENT);
+    return Fallo(num < sf->numFicheros ? EIO : ENOENT);
 }
 
 int BorrarFicheroSF(const Idfich &id) {
@@ -130,12 +128,13 @@ int BorrarFicheroSF(const Idfich &id) {
     const uint32_t i = static_cast<uint32_t>(encontrado);
     if (!PuedeQuitarse(sf, i)) return Fallo(EIO);
     EntradaSF *entradas = Entradas(sf);
+    unsigned char *datos = DirPrincipioDatos(sf);
     const uint32_t tam = entradas[i].tam;
     uint32_t fin = static_cast<uint32_t>(NuevoDesplazamiento(sf, i));
     const uint32_t quedan = sf->numFicheros - 1;
     memmove(&entradas[i], &entradas[i + 1], (quedan - i) * sizeof *entradas); // the old last one stays
     for (uint32_t j = i; j < quedan; j++) {
-        memmove(DirPrincipioDatos(sf) + fin, DirPrincipioDatosFichero(sf, j), entradas[j].tam);
+        memmove(datos + fin, datos + entradas[j].desplazamiento, entradas[j].tam);
         entradas[j].desplazamiento = fin;
         fin += entradas[j].tam;
     }

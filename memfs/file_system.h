@@ -20,11 +20,12 @@ int EsValidoSF(const void *dir);
 /// 1 when a block of `tam` bytes has no room for the fixed part and one byte of data, else 0.
 int EspacioInsuficiente(uint32_t capacidad, uint64_t tam);
 
-/// Entries that lie within the block, in use or not.
-uint64_t EntradasEnBloque(const SF *sf);
-
-/// Bytes of the data area that lie within the block, and that the 32 bits of an offset reach.
-uint64_t DatosEnBloque(const SF *sf);
+/// What of an SF lies within its recorded block, whatever the header says.
+struct AlcanceSF {
+    uint64_t entradas; ///< of the directory, in use or not
+    uint64_t datos;    ///< bytes of the data area; no more than the 32 bits of an offset reach
+};
+AlcanceSF Alcance(const SF *sf);
 
 unsigned char *DirPrincipioDatos(SF *sf);                    ///< start of the data area
 unsigned char *DirPrincipioDatosFichero(SF *sf, uint32_t i); ///< first byte of file i

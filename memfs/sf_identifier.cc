@@ -7,13 +7,17 @@
 #include "memfs/label_list.h"
 #include "memory/block_list.h"
 
-int ValidAddrForMakingFS(const void *dir) {
-    const int tipo = TipoNodoDireccion(&L, dir);
-    return tipo != -1 && (tipo & (TIPO_MALLOC | TIPO_SHARED)) != 0;
+/// The recorded heap block or shared segment that starts at `dir`, or null.
+static const NodoBloque *BloqueParaSF(const void *dir) {
+    const int pos = BuscarNodoDireccion(&L, dir);
+    return pos != -1 && (L.nodos[pos]->tipo & (TIPO_MALLOC | TIPO_SHARED)) ? L.nodos[pos] : nullptr;
 }
 
+int ValidAddrForMakingFS(const void *dir) { return BloqueParaSF(dir) != nullptr; }
+
 int ValidSFAddr(const void *dir) {
-    return ValidAddrForMakingFS(dir) && TamanoNodoDireccion(&L, dir) >= kBytesValidez && EsValidoSF(dir);
+    const NodoBloque *bloque = BloqueParaSF(dir);
+    return bloque && bloque->tamano >= kBytesValidez && EsValidoSF(dir);
 }
 
 void *ObtenerDireccionSF(const char *palabra) {
