@@ -29,6 +29,8 @@ KERNEL = {
     "dup2": ["dup2", "dup3"],
     "exit": ["exit_group"],
     "fork": ["clone", "clone3", "fork"],
+    "fstatat": ["newfstatat", "fstatat64", "statx"],
+    "getdents": ["getdents64", "getdents"],
     "getrlimit": ["prlimit64", "getrlimit"],
     "link": ["link", "linkat"],
     "lseek": ["lseek", "_llseek"],
