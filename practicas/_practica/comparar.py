@@ -10,10 +10,30 @@ PROMPT = "\x1e%o@%m{%B}%b%%)%b\x1f"
 _PROMPT = re.compile("\x1e[^\x1f]*\x1f")
 
 
-def limpiar(salida):
-    """Bytes as a reader sees them, in lines: no prompts, tabs as blanks, other controls as ^X, nothing at line ends."""
+def prompt_final(salida):
+    """The prompt that output ends with, as one sees it; empty when it ends with something else."""
+    encontrado = re.search(b"\x1e([^\x1e\x1f]*)\x1f$", salida)
+    return encontrado.group(1).decode("utf-8", "replace") if encontrado else ""
+
+
+def fin_de_lo_entero(salida):
+    """How much of it does not end in the middle of a prompt."""
+    abierto = salida.rfind(b"\x1e")
+    return abierto if abierto > salida.rfind(b"\x1f") else len(salida)
+
+
+def visible(salida):
+    """Bytes as a reader sees them: no prompts, controls other than tab and line end as ^X."""
     texto = _PROMPT.sub("", salida.decode("utf-8", "backslashreplace"))
-    texto = re.sub(r"[\x00-\x08\x0b-\x1f\x7f]", lambda c: "^" + chr(ord(c.group()) ^ 64), texto)
+    return re.sub(r"[\x00-\x08\x0b-\x1f\x7f]", lambda c: "^" + chr(ord(c.group()) ^ 64), texto)
+
+
+def limpiar(salida):
+    """The same in lines, tabs as the blanks that they take, without what does not show at the ends."""
+    return en_lineas(visible(salida))
+
+
+def en_lineas(texto):
     lineas = [linea.expandtabs(8).rstrip() for linea in texto.split("\n")]
     while lineas and not lineas[-1]:
         lineas.pop()

@@ -12,7 +12,11 @@ from .conductor import Conductor, Problema
 
 
 class Falla(Exception):
-    """The program and the sheet differ; the text says where and how."""
+    """The program and the sheet differ; the text says where and how, resumen only how, in one line."""
+
+    def __init__(self, texto, resumen=None):
+        super().__init__(texto)
+        self.resumen = resumen or texto.partition("\n")[0]
 
 
 def usuario_actual():
@@ -28,8 +32,12 @@ class Ejecucion:
         self.nombres = Nombres()
         self._pasos = hoja.pasos(usuario_actual())
         self._terminadas = []
+        self.sorprendido = None  # the shell that has ended where the sheet does not say so: (name, how)
         self._al_teclear = al_teclear or (lambda paso, texto: None)
         self._al_salir = al_salir or (lambda lineas: None)
+
+    def al_salir(self, funcion):
+        self._al_salir = funcion
 
     def todo(self):
         for n in range(len(self._pasos)):
@@ -52,8 +60,7 @@ class Ejecucion:
 
     def _linea(self, paso, siguiente):
         if self._terminadas:
-            nombre, estado = self._terminadas[0]
-            raise self._falla(paso, f"el shell {nombre} había terminado ({estado}) y la hoja no lo dice: falta «= {estado}»")
+            raise self._falla(paso, self._sin_decir(*self._terminadas[0]))
         texto = self.nombres.rellenar(paso.piezas)
         self._al_teclear(paso, texto)
         es_orden = isinstance(paso, notacion.Orden)
@@ -72,15 +79,21 @@ class Ejecucion:
             )
         except Problema as motivo:
             lineas = self.conductor.impreso()
+            self._al_salir(lineas)
             raise self._falla(paso, str(motivo), lineas, texto) from None
         self._al_salir(lineas)
+        self._terminadas += self.conductor.terminadas()
+        if self._terminadas and not isinstance(siguiente, notacion.Final):
+            self.sorprendido = self._terminadas[0]
         diferencia = self.nombres.comparar(paso.esperado, lineas)
         if diferencia is not None:
             raise self._no_coincide(paso, texto, lineas, *diferencia)
-        self._terminadas += self.conductor.terminadas()
-        if self._terminadas and not isinstance(siguiente, notacion.Final):
-            nombre, estado = self._terminadas[0]
-            raise self._falla(paso, f"el shell {nombre} ha terminado ({estado}) y la hoja no lo dice: falta «= {estado}»")
+        if self.sorprendido:
+            raise self._falla(paso, self._sin_decir(*self.sorprendido))
+
+    @staticmethod
+    def _sin_decir(nombre, estado):
+        return f"el shell {nombre} ha terminado ({estado}) y la hoja no lo dice: falta «= {estado}»"
 
     @staticmethod
     def _se_teclea(paso):
@@ -95,8 +108,9 @@ class Ejecucion:
             raise self._falla(paso, "no se cumple con " + self._ligados_en(paso.texto))
 
     def _ligados_en(self, texto):
+        """What the names in a text stand for: "a = 1, b = 2"."""
         usados = [nombre for nombre in self.nombres.textos if nombre in notacion.palabras(texto)]
-        return ", ".join(f"{nombre} = {self.nombres.textos[nombre]}" for nombre in usados) or "ningún nombre"
+        return ", ".join(f"{nombre} = {self.nombres.textos[nombre]}" for nombre in usados)
 
     def _final(self, paso):
         if not self._terminadas:
@@ -111,21 +125,22 @@ class Ejecucion:
             dicho += f"\n    {texto if texto is not None else paso.texto}"
         if lineas:
             dicho += "".join(f"\n    | {linea}" for linea in lineas[:40])
-        return Falla(dicho)
+        return Falla(dicho, motivo)
 
     def _no_coincide(self, paso, texto, lineas, esperada, llegada):
         signo = f"{paso.shell}> " if isinstance(paso, notacion.Orden) else "$ "
         quiere = paso.esperado[esperada] if esperada < len(paso.esperado) else None
+        esperaba = f"«{quiere.texto}»" if quiere else "nada más"
+        salio = f"«{lineas[llegada]}»" if llegada < len(lineas) else "nada más"
+        conocidos = self._ligados_en(quiere.texto) if quiere else ""
         dicho = f"{self.hoja.fichero}:{quiere.linea if quiere else paso.linea}: no sale lo que dice la hoja"
         dicho += f"\n    {signo}{texto}"
-        dicho += "\n    se esperaba: " + (f"«{quiere.texto}»" if quiere else "nada más")
-        if quiere:
-            conocidos = [h.nombre for h in quiere.piezas if isinstance(h, notacion.Hueco) and h.nombre in self.nombres.textos]
-            if conocidos:
-                dicho += " (" + ", ".join(f"{n} = {self.nombres.textos[n]}" for n in conocidos) + ")"
-        dicho += "\n    ha salido:   " + (f"«{lineas[llegada]}»" if llegada < len(lineas) else "nada más")
+        dicho += f"\n    se esperaba: {esperaba}" + (f" ({conocidos})" if conocidos else "")
+        dicho += f"\n    ha salido:   {salio}"
         dicho += "\n    todo lo que salió:" + "".join(f"\n    | {linea}" for linea in lineas[:40])
-        return Falla(dicho + (f"\n    | … y {len(lineas) - 40} líneas más" if len(lineas) > 40 else ""))
+        if len(lineas) > 40:
+            dicho += f"\n    | … y {len(lineas) - 40} líneas más"
+        return Falla(dicho, f"se esperaba {esperaba} y ha salido {salio}")
 
 
 def comprobar_hoja(camino, programa):

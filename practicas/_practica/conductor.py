@@ -44,6 +44,7 @@ class Conductor:
             "LC_ALL": "C.UTF-8",
         }
         self.terminales = {}
+        self.prompts = {}  # what each shell last showed before it began to read
         self._leian = set()  # the shells that were reading when the step began
         self._pids = set()
         self._segmentos = set(_segmentos())
@@ -73,7 +74,7 @@ class Conductor:
             for orden in (f"prompt {comparar.PROMPT}\n", "historic -c\n"):
                 terminal.teclear(orden.encode())
                 self._hasta_que_lea(terminal)
-            terminal.salida.clear()
+            self._olvidar(nombre)
         return self.terminales[nombre]
 
     def _hasta_que_lea(self, terminal):
@@ -97,6 +98,7 @@ class Conductor:
         terminal = self.terminal(nombre)
         if tecla is None:
             self._reposar({nombre}, False)
+            self.prompts[nombre] = ""
         self._empezar()
         terminal.teclear(tecla if tecla is not None else texto.encode() + b"\n")
 
@@ -146,8 +148,37 @@ class Conductor:
                 break
             self._bombear(0.02)
             self._reposar(exigidas, fin)
-        for terminal in self.terminales.values():
-            terminal.salida.clear()
+        for nombre in self.terminales:
+            self._olvidar(nombre)
+        return lineas
+
+    def _olvidar(self, nombre):
+        """What a shell has printed is accounted for."""
+        salida = self.terminales[nombre].salida
+        if salida:
+            self.prompts[nombre] = comparar.prompt_final(salida)
+        salida.clear()
+
+    def probar(self, nombre, texto, tecla, al_salir):
+        """A line or key that no sheet asks for: types it and hands over what comes, as it comes, until somebody reads
+        again or the shell has ended. Returns the lines printed."""
+        self.teclear(nombre, texto, tecla)
+        terminal, dicho, desde = self.terminales[nombre], 0, time.monotonic()
+        while True:
+            if tecla is not None and time.monotonic() - desde > QUIETO:
+                terminal.olvidar_lectura()  # a key may do nothing at all
+            descansa = terminal.lee() or terminal.ha_terminado()
+            if descansa:
+                terminal.sincronizar()
+            hasta = comparar.fin_de_lo_entero(terminal.salida)
+            if hasta > dicho:
+                al_salir(comparar.visible(bytes(terminal.salida[dicho:hasta])))
+                dicho = hasta
+            if descansa:
+                break
+            self._bombear(0.02)
+        lineas = comparar.limpiar(bytes(terminal.salida))
+        self._olvidar(nombre)
         return lineas
 
     def impreso(self):
@@ -158,7 +189,8 @@ class Conductor:
         return sorted(self.terminales.values(), key=lambda t: t is not self.terminales.get(actor))
 
     def _hay_hijos(self):
-        return any(not t.ha_terminado() and (len(descendientes(t.pid)) > 1 or not t.lee()) for t in self.terminales.values())
+        vivos = [t for t in self.terminales.values() if not t.ha_terminado()]
+        return any(len(descendientes(t.pid)) > 1 or not t.lee() for t in vivos)
 
     def _reposar(self, exigidas, fin):
         """Until every shell reads or has ended, or, where nobody asks for that, does not get any further."""
@@ -186,7 +218,7 @@ class Conductor:
             if time.monotonic() > limite:
                 if not terminada:
                     raise Problema("se esperaba que el shell terminase, y sigue")
-                raise Problema(f"el shell {' y '.join(sorted(exigidas.intersection(por_llegar)) or por_llegar)} no vuelve a leer")
+                raise Problema(f"el shell {' y '.join(por_llegar)} no vuelve a leer")
 
     def terminadas(self):
         """(name, status or signal) of the shells that have ended; they are forgotten, so that the next line for one
@@ -239,7 +271,9 @@ class Conductor:
             time.sleep(0.01)
 
     def _segmentos_propios(self):
-        return {i: clave for i, (clave, creador) in _segmentos().items() if i not in self._segmentos and creador in self._pids}
+        """Segments that processes of the sheet have made and that are still there: identifier to key."""
+        nuevos = {i: datos for i, datos in _segmentos().items() if i not in self._segmentos}
+        return {i: clave for i, (clave, creador) in nuevos.items() if creador in self._pids}
 
 
 def _enterrar():

@@ -314,7 +314,7 @@ class _Lector:
             if clase is not None and clase not in CLASES:
                 raise self.error(n, f"clase «{clase}» desconocida: " + ", ".join(CLASES))
             if clase is not None and not ligar:
-                raise self.error(n, f"«{{{nombre}:{clase}}}» solo toma valor en la salida; aquí se escribe «{{{nombre}}}»")
+                raise self.error(n, f"«{nombre}» solo toma valor en la salida; aquí se escribe «{{{nombre}}}»")
             if nombre == "_" and clase is None:
                 raise self.error(n, "«{_}» sin clase: «_» no guarda valor")
             if literal:
@@ -333,7 +333,7 @@ class _Lector:
             raise self.error(n, f"la relación «{texto}» no se entiende") from None
         for nodo in ast.walk(arbol):
             if not isinstance(nodo, _NODOS) or (isinstance(nodo, ast.Constant) and type(nodo.value) not in (int, str)):
-                raise self.error(n, f"la relación «{texto}» solo admite nombres, números, textos, cuentas y comparaciones")
+                raise self.error(n, f"«{texto}»: una relación solo admite nombres, números, textos, cuentas y comparaciones")
         if not isinstance(arbol, (ast.Compare, ast.BoolOp)) and not (
             isinstance(arbol, ast.UnaryOp) and isinstance(arbol.op, ast.Not)
         ):

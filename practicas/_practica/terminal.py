@@ -134,6 +134,16 @@ class Terminal:
         lector = self._lector()
         return lector is not None and lector != self._leia and self._sin_leer() == 0
 
+    def lee_otro_programa(self):
+        """Whether it is not a shell that waits for the next line."""
+        lector = self._lector()
+        try:
+            return lector is not None and not os.path.samefile(
+                f"/proc/{lector[0]}/exe", f"/proc/{self.pid}/exe"
+            )
+        except OSError:
+            return False
+
     def teclear(self, octetos):
         self._leia = self._lector()
         while octetos:

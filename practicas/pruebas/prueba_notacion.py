@@ -1,5 +1,6 @@
 """The notation: what is read from a sheet, what is refused, and what counts as equal."""
 
+import re
 import sys
 import unittest
 from pathlib import Path
@@ -22,7 +23,8 @@ def comparar(esperado, salido, nombres=None):
 
 class Lectura(unittest.TestCase):
     def test_the_steps_of_a_session(self):
-        hoja = sesion("> a b", "uno", "{...}", "shell b>", "\\> no {{", "$ awk '{{print}'", "= SEGV", "?root", "> r", "?fin", "> ^C")
+        de_root = ("?root", "> r", "?fin")
+        hoja = sesion("> a b", "uno", "{...}", "shell b>", "\\> no {{", "$ awk '{{print}'", "= SEGV", *de_root, "> ^C")
         pasos = hoja.pasos()
         self.assertEqual([type(p).__name__ for p in pasos], ["Orden", "Orden", "Sistema", "Final", "Orden", "Orden"])
         self.assertEqual((pasos[0].shell, pasos[0].texto, pasos[0].linea), ("a", "a b", 2))
@@ -65,7 +67,7 @@ class Lectura(unittest.TestCase):
             (["$"], 2, "sin nada"),
         ):
             with self.subTest(lineas=lineas):
-                with self.assertRaisesRegex(notacion.Error, f"^hoja.md:{donde}: .*{motivo.replace(chr(92), chr(92) * 2).replace('?', '.')}"):
+                with self.assertRaisesRegex(notacion.Error, f"^hoja.md:{donde}: .*{re.escape(motivo)}"):
                     sesion(*lineas)
         for texto in ("```sesion\n> x", "```sesión\n```", "```fichero a/b\n```", "```fichero\n```", "```sesion b\n```"):
             with self.subTest(texto=texto), self.assertRaisesRegex(notacion.Error, "^h:1: "):
@@ -91,7 +93,8 @@ class Comparacion(unittest.TestCase):
 
     def test_holes_bind_and_must_repeat(self):
         nombres = Nombres()
-        self.assertIsNone(comparar(["pid {p:pid} en {d:dir}", "{p} {t:txt} fin"], "pid 12 en 0x1f\n12 a b fin\n", nombres))
+        salido = "pid 12 en 0x1f\n12 a b fin\n"
+        self.assertIsNone(comparar(["pid {p:pid} en {d:dir}", "{p} {t:txt} fin"], salido, nombres))
         self.assertEqual(nombres.textos, {"p": "12", "d": "0x1f", "t": "a b"})
         self.assertEqual(nombres.valores(), {"p": 12, "d": 31, "t": "a b"})
         self.assertEqual(comparar(["{p:pid}"], "13\n", nombres), (0, 0))
@@ -105,7 +108,14 @@ class Comparacion(unittest.TestCase):
         self.assertEqual(comparar(["n {p:pid}"], "n7\n"), (0, 0))
 
     def test_dates_in_the_forms_of_the_program(self):
-        for fecha in ("23/11/2026", "03:40:47", "2026/11/22 22:52:8", "Nov 23 03:40", "Mon Nov 23 03:40:47 2026", "23/11/2026, 03:27:45"):
+        for fecha in (
+            "23/11/2026",
+            "03:40:47",
+            "2026/11/22 22:52:8",
+            "Nov 23 03:40",
+            "Mon Nov 23 03:40:47 2026",
+            "23/11/2026, 03:27:45",
+        ):
             self.assertIsNone(comparar(["a {f:fecha} b"], f"a {fecha} b\n"), fecha)
         self.assertEqual(comparar(["{f:fecha}"], "ayer\n"), (0, 0))
 
