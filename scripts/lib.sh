@@ -28,8 +28,9 @@ need() {
     fi
 }
 
-compiler_packages=(g++=g++ cmake=cmake make=make)
-test_packages=(/usr/include/gtest/gtest.h=libgtest-dev python3=python3 strace=strace ps=procps rlwrap=rlwrap)
+compiler_packages=(g++=g++ cmake=cmake make=make /usr/include/curses.h=libncurses-dev)
+test_packages=(/usr/include/gtest/gtest.h=libgtest-dev python3=python3 strace=strace ps=procps rlwrap=rlwrap
+    /usr/include/vterm.h=libvterm-dev)
 package_packages=(pandoc=pandoc mandoc=mandoc lintian=lintian dpkg-shlibdeps=dpkg-dev file=file)
 
 # build PRESET DIRECTORY [TARGET] [CMAKE_OPTION...]: configures when needed and builds with all cores. Prints the
