@@ -15,7 +15,7 @@ install(DIRECTORY practicas DESTINATION ${data}
   PATTERN pruebas EXCLUDE PATTERN CMakeLists.txt EXCLUDE PATTERN __pycache__ EXCLUDE PATTERN practica EXCLUDE)
 install(PROGRAMS practicas/practica DESTINATION ${data}/practicas)
 if(EXISTS ${CMAKE_SOURCE_DIR}/docs/manual)
-  install(DIRECTORY docs/manual DESTINATION ${data} FILES_MATCHING REGEX "[.](md|svg)$")
+  install(DIRECTORY docs/manual DESTINATION ${data} FILES_MATCHING REGEX "[.](md|svg)$" PATTERN FORMA.md EXCLUDE)
 endif()
 
 # The licence as Debian writes it (MIT goes by the name Expat there), and both lists of changes.
