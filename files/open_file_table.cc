@@ -38,27 +38,23 @@ constexpr struct {
 
 bool EstaEnTabla(int df) { return df >= 0 && df < kMaxDescriptores; }
 
-constexpr int kTamPalabra = 64; // bits of a word of a set of select(), at most
-static_assert(kMaxDescriptores % FD_SETSIZE == 0, "a row of sets holds all numbers of the table");
-
-/// Whether no descriptor from `desde` (a multiple of kTamPalabra) on is open; false too where the system does
-/// not tell. Systems ignore what a set has beyond their own table of the process, which ends soon after the
-/// highest descriptor that was ever open; a number within it that is not open, such as `desde`, is EBADF.
+/// Whether no descriptor from `desde` on (less than FD_SETSIZE) is open; false too where the system does not
+/// tell. A number that is not open is EBADF in a set, but beyond the system's own table of the process, which
+/// ends soon after the highest descriptor that was ever open, systems ignore what a set has.
 bool NingunoAbiertoDesde(int desde) {
     if (DescriptorEnUso(desde)) return false;
-    fd_set conjunto[kMaxDescriptores / FD_SETSIZE];
-    const size_t antes = static_cast<size_t>(desde / 8);
-    memset(conjunto, 0, antes);
-    memset(reinterpret_cast<char *>(conjunto) + antes, 0xff, sizeof conjunto - antes);
+    fd_set conjunto;
+    FD_ZERO(&conjunto);
+    FD_SET(desde, &conjunto);
     struct timeval sinEsperar = {};
-    return select(kMaxDescriptores, nullptr, nullptr, conjunto, &sinEsperar) == 0;
+    return select(desde + 1, nullptr, nullptr, &conjunto, &sinEsperar) == 0;
 }
 
-/// A number that all open descriptors lie below.
+/// A number that all open descriptors of the table lie below.
 int FinDeAbiertos() {
-    int fin = kTamPalabra;
-    while (fin < kMaxDescriptores && !NingunoAbiertoDesde(fin)) fin *= 4;
-    return fin;
+    for (int fin = 64; fin < FD_SETSIZE; fin *= 4) // where the table of a process of few descriptors ends
+        if (NingunoAbiertoDesde(fin)) return fin;
+    return kMaxDescriptores;
 }
 
 void AnotarHeredado(int df) {

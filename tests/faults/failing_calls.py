@@ -19,9 +19,9 @@ AQUI = Path(__file__).parent
 PLAZO = 20
 # What cannot fail, or not by itself: texts, sets of signals, what the compiler calls, addresses that are only shown.
 NO_FALLAN = set("""__cxa_finalize __environ environ __errno_location __gmon_start__ __libc_start_main __longjmp_chk
-    __stack_chk_fail _ITM_deregisterTMCloneTable _ITM_registerTMCloneTable _setjmp _exit exit free getenv geteuid getpid
-    getppid getuid fgets printf time tzset __isoc99_sscanf __xpg_basename snprintf __snprintf_chk __vsnprintf_chk sigaddset
-    sigdelset sigemptyset sigfillset sigismember""".split())
+    __fdelt_chk __stack_chk_fail _ITM_deregisterTMCloneTable _ITM_registerTMCloneTable _setjmp _exit exit free getenv
+    geteuid getpid getppid getuid fgets printf time tzset __isoc99_sscanf __xpg_basename snprintf __snprintf_chk
+    __vsnprintf_chk sigaddset sigdelset sigemptyset sigfillset sigismember""".split())
 TEXTO = re.compile(r"(__)?(mem|str(?!dup))\w+")
 EN_OTRO_SITIO = {"isatty", "poll", "pread"}  # for input and output that are not the pipes of the tour
 FICHEROS = {
