@@ -13,9 +13,11 @@ import sys
 import tempfile
 import time
 
+import growth
+import pictures
 import rows
 
-INFORME = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "docs", "rendimiento.md")
+DOCS = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "docs")
 
 
 def numero(valor):
@@ -60,7 +62,16 @@ def maquina():
             f"{platform.system()} {platform.release()}, {' '.join(platform.libc_ver())}")
 
 
-def informe(filas, construido):
+def tabla_de_crecimiento(curvas):
+    yield "| qué crece | tamaños | ms | exponente | meta | cumplida |"
+    yield "|---|---|---|--:|--:|---|"
+    for c in curvas:
+        estado = f"forzado: {c.forzado}" if c.forzado else "sí" if c.cumplida else "**no**"
+        yield (f"| {c.que} | {', '.join(map(str, c.tiempos))} | {' / '.join(map(numero, c.tiempos.values()))} "
+               f"| {numero(c.exponente)} | {'—' if c.forzado else numero(growth.META)} | {estado} |")
+
+
+def informe(filas, curvas, construido):
     cumplidas = sum(f.cumplida for f in filas)
     yield "# Rendimiento"
     yield ""
@@ -76,6 +87,17 @@ estorba a una medida solo puede alargarla, así que donde las medianas oscilan d
 que tocan el disco tienen un margen de 0,05. Los programas enteros se miden desde que empiezan hasta que acaban; las
 órdenes sobre bloques, ficheros de 256 MiB, el histórico y los procesos, desde que se escribe la línea hasta que está
 hecha. PSS es la memoria de un proceso con cada página compartida repartida entre los que la comparten."""
+    yield ""
+    yield "![Razones, como barras alrededor de 1](rendimiento-razones.svg)"
+    yield ""
+    yield "## Cómo crece el coste"
+    yield ""
+    yield """Dos décadas de tamaño, en sesiones nuevas; del tiempo se quita lo que cuesta una sesión vacía. El exponente es el
+de la potencia que une el primer tamaño con el último: 1 es proporcional."""
+    yield ""
+    yield from tabla_de_crecimiento(curvas)
+    yield ""
+    yield "![Tiempo según el tamaño](rendimiento-crecimiento.svg)"
     yield ""
     yield "## Funciones sueltas"
     yield ""
@@ -94,15 +116,17 @@ def main():
                 continue
             print(f"[{time.monotonic() - inicio:3.0f} s] {medir.__name__}", file=sys.stderr)
             filas += medir(banco)
+        curvas = growth.medir(banco) if not pedidas or "crecimiento" in pedidas else []
     finally:
         shutil.rmtree(dir_trabajo, ignore_errors=True)
     if pedidas:
-        print("\n".join(tabla(filas)))
+        print("\n".join([*tabla(filas), *tabla_de_crecimiento(curvas)]))
         return
-    texto = "\n".join(informe(filas, construido)) + "\n"
+    pictures.razones(filas, f"{DOCS}/rendimiento-razones.svg")
+    pictures.crecimiento(curvas, f"{DOCS}/rendimiento-crecimiento.svg")
+    texto = "\n".join(informe(filas, curvas, construido)) + "\n"
     print(texto, end="")
-    os.makedirs(os.path.dirname(INFORME), exist_ok=True)
-    with open(INFORME, "w", encoding="utf-8") as fichero:
+    with open(f"{DOCS}/rendimiento.md", "w", encoding="utf-8") as fichero:
         fichero.write(texto)
 
 

@@ -11,8 +11,8 @@ import sys
 import tempfile
 import time
 
-from sessions import Dash, Desnudo, Shell
-from timing import Fila, alternar, cronometrar, hyperfine
+from sessions import Dash, Desnudo, Programa, Shell
+from timing import Fila, alternar, cronometrar, faltas, hyperfine, procesador
 from trees import arbol_ancho, arbol_hondo
 
 MIB = 1 << 20
@@ -66,7 +66,7 @@ def pss_kib(argumentos, cuantos):
             procesos.append(subprocess.Popen(argumentos, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL))
         for proceso in procesos:
             esperar_lectura(proceso.pid)
-        return sum(pss_de(proceso.pid) for proceso in procesos) / cuantos
+        return sum(campo_de_smaps(proceso.pid, "Pss") for proceso in procesos) / cuantos
     finally:
         for proceso in procesos:
             proceso.stdin.close()
@@ -84,9 +84,9 @@ def esperar_lectura(pid, plazo=10):
     raise RuntimeError(f"process {pid} does not come to wait for input")
 
 
-def pss_de(pid):
+def campo_de_smaps(pid, campo):
     with open(f"/proc/{pid}/smaps_rollup", encoding="ascii") as fichero:
-        return int(re.search(r"^Pss: +(\d+) kB", fichero.read(), re.MULTILINE).group(1))
+        return int(re.search(rf"^{campo}: +(\d+) kB", fichero.read(), re.MULTILINE).group(1))
 
 
 def memoria(b):
@@ -100,7 +100,22 @@ def memoria(b):
                                      lambda n=cuantos: pss_kib(dash, n))
         titulo = "memoria (PSS) de un shell inactivo" if cuantos == 1 else "memoria (PSS) de cada uno de 50 a la vez"
         filas.append(Fila(titulo, "dash", meta, nuestras, rivales, "KiB"))
+    # What nobody shares with it; the pages of a file that has just been built count as clean once it is on the disk.
+    os.sync()
+    nuestras, rivales = alternar(5, lambda: sucia_kib(b.shell), lambda: sucia_kib(b.dash))
+    filas.append(Fila("memoria propia y escrita de un shell inactivo", "dash", 1.2, nuestras, rivales, "KiB"))
     return filas
+
+
+def sucia_kib(argumentos):
+    """The private dirty memory of a program that waits for its first line."""
+    proceso = subprocess.Popen(argumentos, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
+    try:
+        esperar_lectura(proceso.pid)
+        return campo_de_smaps(proceso.pid, "Private_Dirty")
+    finally:
+        proceso.stdin.close()
+        proceso.wait()
 
 
 def lineas(b):
@@ -119,7 +134,7 @@ def lineas(b):
     return [
         Fila("4.000 `pid` de un fichero, prompt por defecto", "dash, `echo $$`", 1.0, fichero, dash),
         Fila("4.000 `pid` de un fichero, prompt de un carácter", "dash, `echo $$`", 0.6, prompt_corto, dash),
-        Fila("4.000 `pid` de una tubería, prompt por defecto", "bash, `echo $$`", 1.0, tuberia, bash),
+        Fila("4.000 `pid` de una tubería, prompt por defecto", "bash, `echo $$`", 0.7, tuberia, bash),
     ]
 
 
@@ -140,6 +155,30 @@ def programas(b):
         muestras = alternar(10, hyperfine(f"{' '.join(b.shell)} < {nuestro}", 1),
                             *(hyperfine(orden, 1) for orden in rivales.values()))
         filas += [Fila(titulo, rival, meta, muestras[0], suyas) for rival, suyas in zip(rivales, muestras[1:])]
+    return filas
+
+
+def por_programa(b):
+    """What a line that starts a program costs beside time: page faults (of the shell and of the program's process), and
+    the processor of the shell alone."""
+    n = 500
+    vacio = b.fichero("vacio.txt", "")
+    nuestro = b.fichero("faltas.txt", "/bin/true\n" * n)
+    un_programa = [f"{b.bin}/bare_fork", "0", "/bin/true"]
+    mil = [f"{b.bin}/bare_fork", str(n), "/bin/true"]
+    base_nuestra, nuestras, base_suya, suyas = alternar(
+        5, cronometrar(b.shell, vacio, medida=faltas), cronometrar(b.shell, nuestro, medida=faltas),
+        cronometrar(un_programa, medida=faltas), cronometrar(mil, medida=faltas))
+    por_linea = [(m - min(base_nuestra)) / n for m in nuestras]
+    por_llamada = [(m - min(base_suya)) / n for m in suyas]
+    filas = [Fila("faltas de página por programa en primer plano", "fork, execv y waitpid en C", 1.1, por_linea,
+                  por_llamada, "")]
+    nuestro = b.fichero("back.txt", "back /bin/true\n" * n)
+    suyo = b.fichero("back.sh", "/bin/true &\n" * n)
+    comprobar(salida_de(b.shell, b.fichero("back_prueba.txt", "back /bin/echo hola\n" * 9)).count("hola") <= 9, "back")
+    nuestras, suyas = alternar(9, cronometrar(b.shell, nuestro, medida=procesador),
+                               cronometrar(b.dash, suyo, medida=procesador))
+    filas.append(Fila("500 `back`, procesador propio", "dash, `&`", 1.2, nuestras, suyas))
     return filas
 
 
@@ -254,6 +293,24 @@ def listados(b):
     return filas
 
 
+def fechas_distintas(b):
+    """A listing in which no date is that of the line before, against the bare work: own processor time."""
+    arbol = b.fichero("fechas")
+    arbol_ancho(arbol)
+    fecha = 1_000_000_000
+    for carpeta, _, nombres in os.walk(arbol):
+        for nombre in nombres:
+            os.utime(f"{carpeta}/{nombre}", (fecha, fecha))
+            fecha += 24_611
+    entrada = b.fichero("fechas.txt", f"listrec -long {arbol}\n")
+    suya = [f"{b.bin}/bare_list", arbol]
+    comprobar(salida_de(b.shell, entrada).count(".txt\n") == salida_de(suya, os.devnull).count(".txt\n") == 20000, "dates")
+    nuestras, rivales = alternar(7, cronometrar(b.shell, entrada, medida=procesador),
+                                 cronometrar(suya, medida=procesador))
+    return [Fila("`listrec -long`, 20.000 fechas distintas, procesador propio", "lo mismo en C", 1.2, nuestras, rivales,
+                 disco=True)]
+
+
 def comprobar_listado(titulo, nuestro, orden):
     """Both list the same entries, with the same sizes."""
     suyo = subprocess.run(orden, shell=True, check=True, capture_output=True, text=True).stdout
@@ -362,6 +419,91 @@ def sistema_en_memoria(b):
     return filas
 
 
+def guardar_en_memoria(b):
+    """memfs-cp against what a Python process and a C program need to keep the same files."""
+    num, tam, previos = 2000, 4096, 10000
+    origen = b.fichero("a_guardar")
+    os.mkdir(origen)
+    for i in range(num):
+        with open(f"{origen}/f{i:04}", "wb") as fichero:
+            fichero.write(bytes([i % 251]) * tam)
+    diccionario = ("import os, sys\n"
+                   "ficheros = {}\n"
+                   "for nombre in os.listdir(sys.argv[1]):\n"
+                   "    with open(f'{sys.argv[1]}/{nombre}', 'rb') as f: ficheros[nombre] = f.read()\n")
+    copias = "".join(f"memfs-cp {origen}/f{i:04} a:f{i:04}\n" for i in range(num))
+    guion, salida = b.fichero("guardar.txt", copias + "writestr 2 #\nredin -reset\n"), b.fichero("guardar_salida.txt")
+    uno = b.fichero("uno", "x")
+    previas = b.fichero("previas.txt", "".join(f"memfs-cp {uno} a:g{i:05}\n" for i in range(previos)) +
+                        "writestr 2 #\nredin -reset\n")
+
+    def guardar(llenar):
+        """Milliseconds: from the start of the shell, or only those of the copies into an SF that has files."""
+        with Shell(b.shell, salida) as shell:
+            shell.lineas(f"memmalloc {(64 if llenar else 16) * MIB}")
+            ms = 0 if llenar else shell.transcurrido()
+            direccion = re.search(r"en (0x[0-9a-f]+)", shell.salida()).group(1)
+            shell.lineas("prompt >", "initredir")
+            inicio = time.perf_counter_ns()
+            shell.lineas(f"assign a {direccion}", f"memfs-format {direccion}")
+            if llenar:
+                shell.enviar(f"redin {previas}\n")
+                inicio = time.perf_counter_ns()
+            shell.enviar(f"redin {guion}\n")
+            ms += (time.perf_counter_ns() - inicio) / 1e6
+            if not os.path.exists(b.fichero("comprobado")):
+                shell.lineas("memfs-list a")
+                comprobar(f"Total {num + (previos if llenar else 0)} fichero(s)" in shell.salida(), "memfs-cp")
+            return ms
+
+    guardar(False)
+    guardar(True)
+    b.fichero("comprobado", "")
+    nuestras, rivales = alternar(9, lambda: guardar(False), cronometrar(["/usr/bin/python3", "-c", diccionario, origen]))
+    filas = [Fila("`memfs-cp` de 2.000 ficheros de 4 KiB", "un Python que los guarda en un diccionario", 0.6, nuestras,
+                  rivales)]
+    nombres = "".join(f"f{i:04}\n" for i in range(num))
+
+    def en_c():
+        with Programa([f"{b.bin}/bare_store", str(previos), str(tam), origen], os.devnull) as programa:
+            inicio = time.perf_counter_ns()
+            programa.proceso.stdin.write(nombres.encode())
+            programa.proceso.stdin.close()
+            programa.esperar_marca()
+            return (time.perf_counter_ns() - inicio) / 1e6
+
+    nuestras, rivales = alternar(5, lambda: guardar(True), en_c)
+    filas.append(Fila("`memfs-cp` de 2.000 ficheros a un SF con 10.000", "lo mismo en C, con su búsqueda", 1.5, nuestras,
+                      rivales))
+    return filas
+
+
+def bloques_a_miles(b):
+    """4,000 blocks: how often the listing asks the system for the status of the time zone's file, and what memfs-find
+    costs against 400."""
+    asignar = "malloc 32\n"
+    con_lista = b.fichero("bloques_con.txt", asignar * 4000 + "mem -blocks\n")
+    sin_lista = b.fichero("bloques_sin.txt", asignar * 4000)
+    llamadas = [llamadas_a_stat(b, con_lista) - llamadas_a_stat(b, sin_lista)]
+    filas = [Fila("`mem -blocks` de 4.000 bloques, llamadas a `stat`", "una", 1.0, llamadas, [1], "")]
+    muestras = {}
+    for cuantos in (4000, 400):
+        shell = Shell(b.shell, b.fichero(f"buscar{cuantos}.txt"))
+        muestras[cuantos] = shell
+        shell.lineas("prompt >", *["malloc 32"] * cuantos)
+    with muestras[4000] as muchos, muestras[400] as pocos:
+        nuestras, rivales = alternar(31, lambda: muchos.lineas("memfs-find"), lambda: pocos.lineas("memfs-find"))
+    filas.append(Fila("`memfs-find` con 4.000 bloques, frente a 400", "el mismo shell", 12, nuestras, rivales))
+    return filas
+
+
+def llamadas_a_stat(b, entrada):
+    with tempfile.NamedTemporaryFile(mode="r", encoding="utf-8") as cuenta, open(entrada, "rb") as lineas_:
+        subprocess.run(["strace", "-f", "-o", cuenta.name, "-e", "trace=stat,lstat,newfstatat,statx", *b.shell],
+                       stdin=lineas_, stdout=subprocess.DEVNULL, check=True)
+        return sum("localtime" in linea for linea in cuenta)
+
+
 def historico(b):
     with Shell(b.shell, b.fichero("historico.txt")) as shell:
         tanda = 80
@@ -402,5 +544,5 @@ def trabajos(b):
     return [Fila("`listjobs` con 200 procesos", "dash, `jobs -l`", 2.5, nuestras, rivales)]
 
 
-TODAS = (arranque, memoria, lineas, programas, volcado, bloques, transferencias, listados, borrado, sistema_en_memoria,
-         historico, trabajos)
+TODAS = (arranque, memoria, lineas, programas, por_programa, volcado, bloques, transferencias, listados, fechas_distintas,
+         borrado, sistema_en_memoria, guardar_en_memoria, bloques_a_miles, historico, trabajos)

@@ -38,11 +38,12 @@ class Fila:
 
 def alternar(rondas, *contendientes):
     """Calls each contender once a round. A contender returns a number or a list of numbers. Returns a list of
-    numbers for each. The order turns round with each round, so that nobody is always the first."""
+    numbers for each. The order rotates from round to round: whoever goes first pays for what the pause has cooled."""
     muestras = [[] for _ in contendientes]
     for ronda in range(rondas):
         orden = list(enumerate(contendientes))
-        for i, medir in orden if ronda % 2 == 0 else reversed(orden):
+        primero = ronda % len(orden)
+        for i, medir in orden[primero:] + orden[:primero]:
             valor = medir()
             muestras[i].extend(valor if isinstance(valor, list) else [valor])
     return muestras
@@ -63,9 +64,9 @@ def hyperfine(orden, veces):
     return medir
 
 
-def cronometrar(argumentos, entrada=os.devnull, salida=os.devnull, preparar=None):
+def cronometrar(argumentos, entrada=os.devnull, salida=os.devnull, preparar=None, medida=None):
     """A contender: one run of a program in milliseconds, from its start until it has ended. `entrada` is a
-    path, or bytes that wait in a pipe (64 KiB at the most)."""
+    path, or bytes that wait in a pipe (64 KiB at the most). `medida` takes another number from its resource usage."""
 
     def medir():
         if preparar:
@@ -82,12 +83,22 @@ def cronometrar(argumentos, entrada=os.devnull, salida=os.devnull, preparar=None
         acciones = [(os.POSIX_SPAWN_DUP2, entrada_df, 0), (os.POSIX_SPAWN_DUP2, salida_df, 1)]
         inicio = time.perf_counter_ns()
         pid = os.posix_spawn(argumentos[0], argumentos, os.environ, file_actions=acciones)
-        estado = os.waitpid(pid, 0)[1]
+        _, estado, uso = os.wait4(pid, 0)
         fin = time.perf_counter_ns()
         os.close(entrada_df)
         os.close(salida_df)
         if estado != 0:
             raise RuntimeError(f"{shlex.join(argumentos)} ended with status {estado}")
-        return (fin - inicio) / 1e6
+        return medida(uso) if medida else (fin - inicio) / 1e6
 
     return medir
+
+
+def procesador(uso):
+    """Own processor time in milliseconds, in user mode and in the system."""
+    return 1000 * (uso.ru_utime + uso.ru_stime)
+
+
+def faltas(uso):
+    """Page faults that needed no disk."""
+    return uso.ru_minflt

@@ -106,14 +106,15 @@ int BorrarProcesoPid(ListaProcesos *lista, pid_t pid) {
 }
 
 int BorrarProcesosEstado(ListaProcesos *lista, int mascara) {
-    int resultado = 0;
-    for (int i = 0; i < lista->num;) {
+    int quedan = 0;
+    for (int i = 0; i < lista->num; i++) {
         if (estadoProceso(&lista->registros[i]) & mascara)
-            resultado |= borrarProceso(lista, i); // the next record is now in this place
+            free(lista->registros[i].linea);
         else
-            i++;
+            lista->registros[quedan++] = lista->registros[i];
     }
-    return resultado;
+    lista->num = quedan;
+    return 0;
 }
 
 int VaciarListaProcesos(ListaProcesos *lista) { return BorrarProcesosEstado(lista, kTodosEstados); }
