@@ -16,6 +16,9 @@ add_custom_command(OUTPUT ${launcher_build_data}/palabras
 if(NOT CMAKE_CROSSCOMPILING OR CMAKE_CROSSCOMPILING_EMULATOR)
   add_custom_target(launcher ALL DEPENDS ${launcher_build_data}/palabras)
   add_dependencies(launcher shell)
+  if(TARGET mirador)
+    add_dependencies(launcher mirador)
+  endif()
 endif()
 
 foreach(link practicas:practicas manual:docs/manual)
