@@ -48,7 +48,6 @@ KERNEL = {
     "sigsuspend": ["rt_sigsuspend"],
     "stat": ["stat", "stat64", "newfstatat !AT_SYMLINK_NOFOLLOW", "statx !AT_SYMLINK_NOFOLLOW"],
     "symlink": ["symlink", "symlinkat"],
-    "uname": ["uname"],
     "unlink": ["unlink", "unlinkat !AT_REMOVEDIR"],
     "waitpid": ["wait4", "waitpid"],
 }
