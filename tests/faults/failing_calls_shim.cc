@@ -34,9 +34,9 @@ constexpr long kFalla = -1, kNulo = 0;
     F(open, EMFILE, kFalla) F(__open_2, EMFILE, kFalla) F(openat, EMFILE, kFalla) F(opendir, EMFILE, kNulo)           \
     F(pipe, EMFILE, kFalla) F(poll, EINTR, kFalla) F(__poll_chk, EINTR, kFalla) F(putenv, ENOMEM, kFalla)             \
     F(readdir, EIO, kNulo) F(readlink, EIO, kFalla) F(readlinkat, EIO, kFalla) F(realpath, ENOMEM, kNulo)             \
-    F(__realpath_chk, ENOMEM, kNulo) F(remove, EROFS, kFalla) F(select, EBADF, kFalla) F(seteuid, EPERM, kFalla) F(setpriority, EACCES, kFalla)\
-    F(setsid, EPERM, kFalla) F(shmat, ENOMEM, kFalla) F(shmctl, EPERM, kFalla) F(shmdt, EINVAL, kFalla)               \
-    F(shmget, ENOSPC, kFalla) F(sigaction, EINVAL, kFalla) F(sigaltstack, ENOMEM, kFalla)                             \
+    F(__realpath_chk, ENOMEM, kNulo) F(remove, EROFS, kFalla) F(select, EBADF, kFalla) F(seteuid, EPERM, kFalla)      \
+    F(setpriority, EACCES, kFalla) F(setsid, EPERM, kFalla) F(shmat, ENOMEM, kFalla) F(shmctl, EPERM, kFalla)         \
+    F(shmdt, EINVAL, kFalla) F(shmget, ENOSPC, kFalla) F(sigaction, EINVAL, kFalla) F(sigaltstack, ENOMEM, kFalla)    \
     F(sigprocmask, EINVAL, kFalla) F(stat, EIO, kFalla) F(strdup, ENOMEM, kNulo) F(symlink, ENOSPC, kFalla)           \
     F(uname, EFAULT, kFalla) F(unlink, EROFS, kFalla) F(unlinkat, EROFS, kFalla) F(waitid, EINTR, kFalla)             \
     F(waitpid, EINTR, kFalla) F(write, EIO, kFalla)
