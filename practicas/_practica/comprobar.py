@@ -8,7 +8,7 @@ from concurrent.futures import ThreadPoolExecutor
 
 from . import notacion
 from .comparar import Nombres
-from .conductor import Conductor, Problema
+from .conductor import Conductor, Problema, avisa_de_systemd
 
 
 class Falla(Exception):
@@ -143,10 +143,19 @@ class Ejecucion:
         return Falla(dicho, f"se esperaba {esperaba} y ha salido {salio}")
 
 
+def conductor_para(hoja, programa):
+    """A conductor for a sheet, in a directory of its name."""
+    pasos = hoja.pasos(usuario_actual())
+    shells = {paso.shell for paso in pasos if isinstance(paso, notacion.Orden)}
+    finales = sum(isinstance(paso, notacion.Final) for paso in pasos)
+    nombre = os.path.splitext(os.path.basename(hoja.fichero))[0]
+    return Conductor(programa, nombre, len(shells) + finales)
+
+
 def comprobar_hoja(camino, programa):
     """Runs one sheet. Falla or notacion.Error when something is wrong; else the number of steps."""
     hoja = notacion.leer(camino)
-    with Conductor(programa, os.path.splitext(os.path.basename(camino))[0]) as conductor:
+    with conductor_para(hoja, programa) as conductor:
         try:
             Ejecucion(hoja, conductor).todo()
         except Problema as motivo:
@@ -177,8 +186,7 @@ def comprobar(hojas, programa):
 
 
 def _a_la_vez():
-    # Where the program's warning about systemd makes it wait 18 seconds, the sheets wait together.
-    return 16 if os.path.isdir("/run/systemd/system") else (os.cpu_count() or 1) + 1
+    return 16 if avisa_de_systemd() else (os.cpu_count() or 1) + 1  # the sheets, too, wait together
 
 
 def _una(camino, programa):

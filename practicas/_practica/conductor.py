@@ -30,7 +30,8 @@ class Problema(Exception):
 class Conductor:
     """The scratch directory of a sheet, its shells and everything that they start. Use it in a with."""
 
-    def __init__(self, programa, nombre):
+    def __init__(self, programa, nombre, shells=1):
+        """nombre: of the scratch directory. shells: how many will be started in all, as far as is known."""
         self._programa = os.path.abspath(programa)
         self._base = tempfile.mkdtemp(prefix="practica.")
         os.chmod(self._base, 0o755)
@@ -50,14 +51,15 @@ class Conductor:
         self._segmentos = set(_segmentos())
         # Processes that a shell leaves behind become our children, so that they can be found and ended.
         _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+        # Where the program begins with its long warning about systemd, all shells sit through it together.
+        self._preparados = [self._arrancar() for _ in range(shells if avisa_de_systemd() else 0)]
 
     def __enter__(self):
         return self
 
     def __exit__(self, *_):
         try:
-            for nombre in list(self.terminales):
-                self.terminales.pop(nombre).cerrar()
+            self._cerrar_todo()
             self._recoger_procesos()
             for ident in self._segmentos_propios():
                 _libc.shmctl(ident, _IPC_RMID, None)
@@ -67,8 +69,7 @@ class Conductor:
     def terminal(self, nombre):
         """The shell of that name, started when there is none; it reads."""
         if nombre not in self.terminales:
-            self.terminales[nombre] = terminal = Terminal(self._programa, self.directorio, self._entorno)
-            self._pids.add(terminal.pid)
+            self.terminales[nombre] = terminal = self._preparados.pop() if self._preparados else self._arrancar()
             self._hasta_que_lea(terminal)
             # The prompt's line must not stand in the historic, which -c empties whole.
             for orden in (f"prompt {comparar.PROMPT}\n", "historic -c\n"):
@@ -76,6 +77,17 @@ class Conductor:
                 self._hasta_que_lea(terminal)
             self._olvidar(nombre)
         return self.terminales[nombre]
+
+    def _arrancar(self):
+        terminal = Terminal(self._programa, self.directorio, self._entorno)
+        self._pids.add(terminal.pid)
+        return terminal
+
+    def _cerrar_todo(self):
+        while self._preparados:
+            self._preparados.pop().cerrar()
+        for nombre in list(self.terminales):
+            self.terminales.pop(nombre).cerrar()
 
     def _hasta_que_lea(self, terminal):
         limite = time.monotonic() + ARRANQUE
@@ -239,8 +251,7 @@ class Conductor:
                     self._bombear(0.002)
                 if terminal.ha_terminado() and terminal.estado != 0:
                     quejas.append(f"el shell {nombre} termina con {terminal.estado} al salir")
-        for nombre in list(self.terminales):
-            self.terminales.pop(nombre).cerrar()
+        self._cerrar_todo()
         for pid, orden in self._recoger_procesos():
             quejas.append(f"queda atrás el proceso {pid} ({orden})")
         for ident, clave in self._segmentos_propios().items():
@@ -274,6 +285,11 @@ class Conductor:
         """Segments that processes of the sheet have made and that are still there: identifier to key."""
         nuevos = {i: datos for i, datos in _segmentos().items() if i not in self._segmentos}
         return {i: clave for i, (clave, creador) in nuevos.items() if creador in self._pids}
+
+
+def avisa_de_systemd():
+    """Whether the program's warning will make it wait, by the sign that it goes by itself."""
+    return os.path.lexists("/run/systemd/system")
 
 
 def _enterrar():

@@ -7,8 +7,8 @@ import textwrap
 import time
 
 from . import notacion, texto
-from .comprobar import Ejecucion, Falla, usuario_actual
-from .conductor import Conductor, Problema
+from .comprobar import Ejecucion, Falla, conductor_para, usuario_actual
+from .conductor import Problema, avisa_de_systemd
 from .transcripcion import REMARCA
 
 try:
@@ -207,7 +207,9 @@ class Guia:
     def _preparar(self, sitio):
         """A clean shell with the first steps done by the tool. Returns how many were."""
         self.cerrar()
-        self._conductor = Conductor(self._programa, self._nombre)
+        if avisa_de_systemd():
+            self._decir("El shell arranca con su aviso sobre systemd: unos 18 segundos.")
+        self._conductor = conductor_para(self._hoja, self._programa)
         self._ejecucion = Ejecucion(self._hoja, self._conductor)
         try:
             for n in range(sitio):

@@ -1,10 +1,8 @@
 """practica mostrar: the session of a sheet as it looks on a terminal, what is typed included."""
 
-import os
-
 from . import notacion, texto
-from .comprobar import Ejecucion, Falla, usuario_actual
-from .conductor import Conductor, Problema
+from .comprobar import Ejecucion, Falla, conductor_para, usuario_actual
+from .conductor import Problema
 from .transcripcion import REMARCA
 
 
@@ -15,7 +13,7 @@ def mostrar(camino, programa, con_pausas):
     except notacion.Error as motivo:
         print(motivo)
         return 2
-    with Conductor(programa, os.path.splitext(os.path.basename(camino))[0]) as conductor:
+    with conductor_para(hoja, programa) as conductor:
         ejecucion = Ejecucion(hoja, conductor, _al_teclear(conductor, con_pausas), _escribir)
         try:
             for n, paso in enumerate(hoja.pasos(usuario_actual())):
