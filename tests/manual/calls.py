@@ -1,9 +1,11 @@
 """A page of the manual says of each command which system calls it makes. Runs its examples under strace and looks for
-every call that a section cites as name(2) among those that the section's own lines brought about.
+every call that a section cites as name(2) among those that the section's own lines brought about, lines with another
+command left out.
 
     calls.py PROGRAM PAGE    ends with 1 when a cited call is not made, with 77 when nothing can be traced here
 """
 
+import bisect
 import os
 import re
 import subprocess
@@ -73,8 +75,8 @@ def made(call, traced):
 
 
 def trace(program, page, calls):
-    """Runs the page's sheet. [(time at which a step began, its line)], [(time, name, arguments) of a call of a shell or
-    of its children before they are another program]."""
+    """Runs the page's sheet. [(time at which a step began, step)], [(time, name, arguments) of a call of a shell or of
+    its children before they are another program]."""
     names = sorted({name for call in calls | {"read", "execve"} for name, _, _ in kernel_names(call)})
     with tempfile.TemporaryDirectory(prefix="manual.") as scratch:
         os.chmod(scratch, 0o755)
@@ -91,7 +93,7 @@ def trace(program, page, calls):
         with Conductor(str(traced_program), page.stem) as conductor:
             run = Ejecucion(sheet, conductor)
             for n, step in enumerate(sheet.pasos(usuario_actual())):
-                steps.append((time.time(), step.linea))
+                steps.append((time.time(), step))
                 run.paso(n)
             conductor.despedir()
         seen = []
@@ -112,28 +114,33 @@ def trace(program, page, calls):
     return steps, seen
 
 
-def section_of(line, found):
-    """Name of the command whose section holds the line, or None."""
-    names = [name for start, name, _ in found if start < line]
-    return names[-1] if names else None
+def section_of(step, found):
+    """Name of the command whose section the step proves something of, or None: what a line with another command in it
+    does is that command's doing."""
+    for start, name, body in reversed(found):
+        if start < step.linea:
+            names = {name, *re.findall("`(.+?)`", re.search("^- Alias: (.*)", body, re.M)[1])}
+            typed = isinstance(step, notacion.Orden) and not step.tecla and step.texto.split()[:1]
+            return None if typed and typed[0] not in names else name
+    return None
 
 
 def check(program, page):
     """Complaints about one page, and how many citations held."""
     found = sections(page)
-    cited = {name: [call for call, part in LLAMADA.findall(body) if part == "2"] for _, name, body in found}
-    calls = {call for those in cited.values() for call in those} - WITHOUT_A_CALL
+    cited = {name: dict.fromkeys(call for call, part in LLAMADA.findall(body) if part == "2") for _, name, body in found}
+    wanted = [(name, call) for name in cited for call in cited[name] if call not in WITHOUT_A_CALL]
     try:
-        steps, seen = trace(program, page, calls)
+        steps, seen = trace(program, page, {call for _, call in wanted})
     except (Falla, Problema, notacion.Error) as reason:
         return [f"{page.name}: the examples do not pass under strace: {reason}"], 0
     by_section = {name: [] for name in cited}
+    began = [when for when, _ in steps]
     for when, name, arguments in seen:
-        lines = [line for began, line in steps if began <= when]
-        section = section_of(lines[-1], found) if lines else None
+        at = bisect.bisect(began, when)
+        section = section_of(steps[at - 1][1], found) if at else None
         if section:
             by_section[section].append((name, arguments))
-    wanted = [(name, call) for name in cited for call in dict.fromkeys(cited[name]) if call not in WITHOUT_A_CALL]
     missing = [
         f"{page.name}: {name}: its example does not make the call {call}(2)"
         for name, call in wanted
