@@ -14,6 +14,9 @@ std::string Cabecera(const Sesion &s, const std::string &que) {
     return "******Lista de bloques asignados" + que + " para el proceso " + std::to_string(s.pid()) + "\n";
 }
 
+/// What the process has mapped, as the system tells it; empty where there is no /proc.
+std::string Mapa(const Sesion &s) { return LeerFichero("/proc/" + std::to_string(s.pid()) + "/maps"); }
+
 TEST(Allocation, CommandsWithoutWordsListTheirKindAndRefusalsSayWhy) {
     Sesion s;
     const std::string malloc = Cabecera(s, " malloc"), shared = Cabecera(s, " shared"),
@@ -65,6 +68,7 @@ TEST(Allocation, ASegmentIsSharedByKeyAndOutlivesItsKeyWhileAttached) {
     EXPECT_NE(otra.Linea("memdump " + ajena).find("  c  o  m  u  n"), std::string::npos);
     EXPECT_EQ(s.Linea("free " + a), "");
     EXPECT_EQ(s.Linea("shared"), Cabecera(s, " shared"));
+    EXPECT_EQ(Mapa(s).find("/SYSV"), std::string::npos);
 }
 
 TEST(Allocation, MappingsGiveWhatTheirPermissionAsksForAndLeaveNoDescriptor) {
@@ -94,6 +98,7 @@ TEST(Allocation, MappingsGiveWhatTheirPermissionAsksForAndLeaveNoDescriptor) {
         EXPECT_EQ(s.Linea("malloc -free 10") + s.Linea("shared -free 3") + s.Linea("mmap -free ./f"), nada);
         EXPECT_EQ(s.Linea(f.escribe ? "free " + a : "mmap -free f"), "");
         EXPECT_EQ(s.Linea("listopen"), antes) << f.perm;
+        EXPECT_EQ(Mapa(s).find(dir / "f"), std::string::npos) << f.perm;
     }
     EXPECT_EQ(s.Linea("mmap vacio r"), "Imposible mapear fichero: Invalid argument\n");
     EXPECT_EQ(s.Linea("mmap . r"), "Imposible mapear fichero: No such device\n");
