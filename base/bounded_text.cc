@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "base/bounded_text.h"
 
 #include <cstdint>

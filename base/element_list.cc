@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "base/element_list.h"
 
 #include <cerrno>

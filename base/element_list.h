@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // A list of strings of fixed capacity. The shell keeps three: the historic of lines (shell/historic.h), the

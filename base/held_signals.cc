@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "base/held_signals.h"
 
 #include <atomic>

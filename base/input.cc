@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "base/input.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "base/output.h"
 
 #include <poll.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "base/synchronisation.h"
 
 #include "base/input.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // Where the shell's own buffers meet what others see: a child, a program that replaces the shell, a

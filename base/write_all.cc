@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "base/write_all.h"
 
 #include <poll.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // bare_list DIRECTORY: what a long listing of a tree costs at least: each directory read, each entry's status
 // taken, its date put into local time and its line formed; names of users and groups are looked up once.
 

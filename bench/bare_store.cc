@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // bare_store ENTRIES SIZE DIRECTORY: keeps files in a block behind a table of names, as a file system in
 // memory does. The table has ENTRIES rows from the start; each line of standard input names a file of the
 // directory, whose name is looked for among them all, and whose SIZE bytes are then read behind the last.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Compares the shell with its peers and with the bare work, and writes the table of ratios.
 
 compare.py BUILD [ROW ...]: BUILD is the build folder; with names of rows only those run, and nothing is written."""

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """How cost grows: the exponent of time over two decades of size, from three sizes each ten times the one before."""
 
 import math

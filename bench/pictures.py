@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The pictures of docs/rendimiento.md, drawn from the numbers of the run: ratios as bars around 1, and growth."""
 
 import math

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The rows of the table: what is compared with what. Each function checks what its contenders print or leave
 behind before it times them, and returns its rows."""
 

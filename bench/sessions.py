@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Drives one program line by line. What is timed is a line: from its writing to the mark '#' on descriptor 2."""
 
 import os

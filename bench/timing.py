@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Times contenders in alternation (A B A B ...), so that what disturbs the machine disturbs both."""
 
 import json

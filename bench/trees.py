@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The trees of files that the listings and the deletions work on."""
 
 import os

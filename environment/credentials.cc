@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "environment/credentials.h"
 
 #include <pwd.h>

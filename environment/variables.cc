@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "environment/variables.h"
 
 #include <cerrno>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The variables of an environment array: null-terminated, each entry NAME=value. The shell has up to two of

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "environment/wrong_changes.h"
 
 #include <unistd.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // Three wrong ways of changing a variable, kept to show what comes of them: each leaves in the environment

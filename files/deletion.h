@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// Deletes the directory `dir` with everything in it, depth first, and stops at the first failure: what is

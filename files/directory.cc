@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "files/directory.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "files/file_details.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "files/open_file_table.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The shell's own record of its descriptors: where each came from, how it was opened, whether it takes part

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "files/owner_names.h"
 
 #include <grp.h>

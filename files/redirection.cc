@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "files/redirection.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // Redirection of the shell's own standard streams to files and back. Streams are 0 (input), 1 (output) and 2

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memfs/disk_transfer.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memfs/file_copy.h"
 
 #include <sys/stat.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memfs/file_system.h"
 
 #include <algorithm>

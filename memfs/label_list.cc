@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memfs/label_list.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The labels: short names that the user gives to addresses. A label is known by its first 7 characters; a

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memfs/sf_identifier.h"
 
 #include <cstdlib>

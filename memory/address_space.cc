@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memory/address_space.h"
 
 #include <sys/types.h>

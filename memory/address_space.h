@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// The function of the command loop that runs a line: its address is one of those that `mem` shows. It

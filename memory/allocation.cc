@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memory/allocation.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <sys/ipc.h>
 #include <sys/mman.h>
 #include <sys/shm.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memory/block_list.h"
 
 #include <unistd.h>

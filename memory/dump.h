@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // A dump: rows of up to 25 bytes, each a line of their characters above a line of their values.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "memory/file_transfer.h"
 
 #include <fcntl.h>

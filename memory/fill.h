@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// The byte that a typed word denotes: the character between two single quotes, else the low 8 bits of a

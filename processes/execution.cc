@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "processes/execution.h"
 
 #include <sys/resource.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// Reads an execution line (processes/execution_line.h) and replaces the process with its program. `usuario`

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The commands that run a program: in place of the shell (execute...), in a child that is waited for (fg...)
 // or in one that is recorded (back...).
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "processes/execution_line.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // fork as a lesson: the child does not become a program, it goes on as a second shell on the same input, and
 // the first one waits for its end.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The commands that look at the background processes. Only they ask the system for news: there is no SIGCHLD
 // handler.
 

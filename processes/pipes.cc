@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "processes/pipes.h"
 
 #include <unistd.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// Runs two programs (execution lines), the output of the first joined to the input of the second, and waits

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // priority: the nice value of a process, where -1 is an answer too and only errno tells it from a failure.
 
 #include <sys/resource.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "processes/search_path.h"
 
 #include <sys/stat.h>

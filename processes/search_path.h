@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The shell's own search path: a list of directories. The variable PATH plays no part in it unless it is

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // search: the directories in which the shell looks for programs, shown and changed.
 
 #include <cerrno>

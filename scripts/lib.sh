@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Shared by the scripts of this folder: installing what is missing and building. Everything here prints to standard
 # error and leaves standard input alone, so that a session can be piped into scripts/run.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The names by which a command can be called: its own, its aliases and, when enabled, abbreviations of

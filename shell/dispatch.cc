@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/dispatch.h"
 
 #include "base/output.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// Runs one split line: help asked for, a built-in command by any of its names, or a program in the

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // exit: releases all that the shell holds and ends it. End of input ends it too, and releases nothing.
 
 #include <unistd.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/help.h"
 
 #include <sys/ioctl.h>

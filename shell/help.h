@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// The bit of the topic with this name, English or Spanish; 0 when there is none.

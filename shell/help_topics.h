@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The topics under which help lists the commands; one bit each in CommandEntry::topics.

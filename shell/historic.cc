@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/historic.h"
 
 #include "base/element_list.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // historic and command: the lines that were run, shown, forgotten and run again.
 
 #include <climits>

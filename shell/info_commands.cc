@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The commands that tell about the shell, the machine, the date and the current directory.
 
 #include <sys/utsname.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // limits: the resource limits of the process, soft and hard.
 
 #include <sys/resource.h>

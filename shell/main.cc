@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The shell: start-up, the point to which a recovery jumps back, and the loop that reads a line, splits it,
 // stores it and runs it.
 

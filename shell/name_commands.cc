@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // abbrev and checkalias: by which names a command can be called.
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/prompt.h"
 
 #include <libgen.h>

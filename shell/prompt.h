@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The prompt: a specification in which "%" and a letter stand for a piece of the shell's situation.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/systemd_warning.h"
 
 #include <sys/stat.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// Whether the system runs systemd: "/run/systemd/system" exists, or cannot be told not to.

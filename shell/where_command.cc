@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // where: whether a word is a command of the shell or a program, and which one. It stands on this floor
 // because it knows both the command table and the search path.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // sigaltstack: the stack on which handlers installed with SA_ONSTACK run, shown and set. It is what lets a
 // handler run when the fault is that the ordinary stack has no room left.
 

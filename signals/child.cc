@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "signals/child.h"
 
 #include <signal.h>

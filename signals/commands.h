@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // Command handlers of signals. Each receives the null-terminated words after the command word

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "signals/counting_handler.h"
 
 #include <unistd.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the process does with its signals, shown and changed one system call at a time: sigaction for the
 // dispositions, sigprocmask for the mask.
 

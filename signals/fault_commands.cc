@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Faults on purpose: a store through a null pointer, a division by zero. Watch which signal ends the shell,
 // and what protectsegv and protectfpe (recovery_commands.cc) make of it.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The commands that install the counting handler (counting_handler.h), count its runs and bound its
 // resending.
 

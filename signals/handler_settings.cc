@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "signals/handler_settings.h"
 
 volatile std::sig_atomic_t cont[kNumAjustes];

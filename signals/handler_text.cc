@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "signals/handler_text.h"
 
 #include <unistd.h>

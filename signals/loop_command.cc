@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // loop: an endless loop in user mode, in the system or in both, which a handler ends by clearing a flag.
 // Watch that the round under way is finished first, and that the second Ctrl-C finds the default action
 // (SA_RESETHAND).

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "signals/recovery.h"
 
 #include "base/output.h"

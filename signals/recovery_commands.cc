@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // protectsegv and protectfpe install the handler that jumps back to the loop (recovery.h); usesignals says
 // whether the shell outlives a read that a signal has interrupted.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "signals/signal_names.h"
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/file_system_search.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/follow.h"
 
 #include <sys/syscall.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/json_output.h"
 
 #include <cstdio>

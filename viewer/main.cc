@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A window on what the kernel knows of a running shell. Reads /proc, asks kcmp; traces nothing, changes
 // nothing.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/options.h"
 
 #include <getopt.h>

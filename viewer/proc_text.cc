@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/proc_text.h"
 
 #include <algorithm>

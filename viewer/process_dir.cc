@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/process_dir.h"
 
 #include <dirent.h>

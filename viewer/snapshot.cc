@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/snapshot.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/styled_text.h"
 
 #include <wchar.h>

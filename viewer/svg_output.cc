@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/svg_output.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "viewer/text_output.h"
 
 #include <pwd.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """practica calificar: holds what students hand in against a sheet."""
 
 import dataclasses

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Holds what came against what a sheet expects, and keeps what the names stand for."""
 
 import re

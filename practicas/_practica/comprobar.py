@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """practica comprobar: runs sheets against the program and reports the first thing in each that is not as it says."""
 
 import os

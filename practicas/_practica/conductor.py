@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs the steps of a sheet: shells on terminals, lines for sh, files; and clears away what they leave."""
 
 import ctypes

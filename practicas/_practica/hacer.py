@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """practica hacer: leads a student through a sheet, who types at the shell's own prompt."""
 
 import os

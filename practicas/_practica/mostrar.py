@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """practica mostrar: the session of a sheet as it looks on a terminal, what is typed included."""
 
 from . import notacion, texto

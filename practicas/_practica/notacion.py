@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The notation of the sheets: Markdown text in, steps out. A mistake is refused with file, line and reason.
 
 NOTACION.md, beside the sheets, describes the language to authors.

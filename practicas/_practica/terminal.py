@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A shell on a pseudo-terminal of its own, and what the kernel tells of it: whether it reads, ended, or is busy."""
 
 import array

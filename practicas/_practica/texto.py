@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Sheets as text on a terminal: paragraphs to its width, sections and their lists."""
 
 import os

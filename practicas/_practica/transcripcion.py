@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a student hands in: a recorded terminal, turned back into the lines that stood on it, and into commands."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The modes that people use: a guided session on a terminal, and marking what comes out of it and of script."""
 
 import os

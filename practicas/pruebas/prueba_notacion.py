@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The notation: what is read from a sheet, what is refused, and what counts as equal."""
 
 import re

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "base/words.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/driver/session.h"
 
 #include <fcntl.h>

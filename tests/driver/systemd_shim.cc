@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Preloaded: hides /run/systemd/system from the program, or (CON_SYSTEMD) shows it and makes sleep() instant,
 // each second asked for written to descriptor 1 as "[1]", so that a test sees where the pauses stand.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Fails every call that the shell makes, one in each session, over a tour of all commands.
 
 failing_calls.py BUILD [FUNCTION [N]]: with a function only its calls; with a number too that one, and what it prints.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Preloaded: fails one call of one function of the program, the one that FALLAR="function n" names, and
 // writes into the file INFORME what the judge of the session needs (see failing_calls.py). Arguments are
 // passed on as they stand in the registers, so that one text serves every function; no header that declares

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "files/deletion.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A page of the manual says of each command which system calls it makes. Runs its examples under strace and looks for
 every call that a section cites as name(2) among those that the section's own lines brought about, lines with another
 command left out.

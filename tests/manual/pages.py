@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The pages of the manual and what the program says of itself, and whether the two agree.
 
     pages.py PROGRAM            holds the pages against the program; prints what differs, ends with 1

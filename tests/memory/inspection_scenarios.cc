@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>

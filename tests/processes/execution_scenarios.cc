@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <fnmatch.h>
 #include <sys/resource.h>
 #include <sys/stat.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "processes/process_list.h"
 
 #include <gtest/gtest.h>
