@@ -104,18 +104,16 @@ class Guia:
         self._marcador = Marcador()
         self._conductor = self._ejecucion = None
         self._escuchando = False  # whether a key ends input() or goes to the shell
-        self._ultimo_fin = 0.0
-        self._diario = None
+        self._ultimo_fin = -60.0  # when Ctrl-D last came
+        self._diario = None  # the transcript
         for senal in (signal.SIGINT, signal.SIGQUIT, signal.SIGTSTP):
             signal.signal(senal, self._al_pulsar)
-
-    # The terminal
 
     def _al_pulsar(self, senal, _):
         octeto = {signal.SIGINT: "^C", signal.SIGQUIT: "^\\", signal.SIGTSTP: "^Z"}[senal]
         if self._escuchando:
             raise Tecla(octeto)
-        if self._conductor and "a" in self._conductor.terminales:
+        if self._conductor:
             for terminal in self._conductor.terminales.values():
                 if not terminal.ha_terminado() and not terminal.lee():
                     terminal.teclear(notacion.TECLAS[octeto])
@@ -136,8 +134,6 @@ class Guia:
         """What goes into the transcript that the student can hand in."""
         self._diario.write(escrito)
         self._diario.flush()
-
-    # The sheet
 
     def recorrer(self, desde_el_principio):
         """Walks through the sheet. Returns whether its end was reached."""
@@ -202,8 +198,6 @@ class Guia:
                 print()
             print(texto.parrafo(respuesta))
         print()
-
-    # The steps
 
     def _preparar(self, sitio):
         """A clean shell with the first steps done by the tool. Returns how many were."""
