@@ -6,6 +6,7 @@ import fcntl
 import os
 import platform
 import re
+import resource
 import select
 import signal
 import struct
@@ -13,6 +14,7 @@ import termios
 import time
 
 COLUMNAS, FILAS = 80, 24
+PILA = 8 << 20  # bytes
 
 # Number of the system call read, by machine.
 _READ = {"x86_64": 0, "aarch64": 63, "riscv64": 63, "loongarch64": 63, "i686": 3, "armv7l": 3, "ppc64le": 3, "s390x": 3}
@@ -24,6 +26,13 @@ def _leer(camino):
             return f.read()
     except OSError:
         return ""
+
+
+def _limitar_pila():
+    """The usual stack: without a limit it never overflows, and the kernel lays the address space out the other way round."""
+    _, duro = resource.getrlimit(resource.RLIMIT_STACK)
+    if duro == resource.RLIM_INFINITY or duro > PILA:
+        resource.setrlimit(resource.RLIMIT_STACK, (PILA, duro))
 
 
 def descendientes(pid):
@@ -72,6 +81,7 @@ class Terminal:
                 signal.signal(senal, signal.SIG_DFL)
             signal.pthread_sigmask(signal.SIG_SETMASK, ())
             os.umask(0o022)
+            _limitar_pila()
             os.chdir(directorio)
             os.execve(programa, [programa], entorno)
         finally:
