@@ -3,6 +3,7 @@
 #include "tests/driver/session.h"
 
 #include <fcntl.h>
+#include <fnmatch.h>
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
@@ -11,27 +12,34 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 namespace escenario {
 
 namespace {
 
-// The prompt of a Sesion; the line that sets it (and stays in the historic) does not hold it.
-const std::string kMarca = "\x02%>";
+namespace fs = std::filesystem;
+
+// Makes kMarca the prompt; the line that does it, and stays in the historic, does not hold it.
 const std::string kEspecificacion = "\x02%%>";
 
-using Reloj = std::chrono::steady_clock;
+/// The time that a wait may take.
+struct Plazo {
+    std::chrono::steady_clock::time_point fin =
+        std::chrono::steady_clock::now() + std::chrono::seconds(kPlazo);
+    bool Pasado() const { return std::chrono::steady_clock::now() > fin; }
+};
 
 /// The options with a program that every user can reach: the build may stand in a folder of root's.
 Opciones AlAlcance(Opciones o) {
     if (o.uid == 0) return o;
-    namespace fs = std::filesystem;
     static const DirectorioTemporal copias;
     fs::permissions(copias.ruta(), fs::perms(0755));
     for (std::string *fichero : {&o.programa, &o.preload}) {
@@ -44,7 +52,7 @@ Opciones AlAlcance(Opciones o) {
 
 /// In the child: becomes the program.
 [[noreturn]] void Arrancar(const Opciones &o) {
-    signal(SIGPIPE, SIG_DFL);
+    for (int senal = 1; senal < 32; senal++) signal(senal, SIG_DFL);
     for (const std::string &variable : o.entorno) putenv(const_cast<char *>(variable.c_str()));
     setenv("LD_PRELOAD", o.preload.c_str(), 1);
     if (kSaneado)
@@ -64,16 +72,18 @@ Opciones AlAlcance(Opciones o) {
 }
 
 /// Starts the program on these descriptors and closes them here.
-pid_t Lanzar(const Opciones &opciones, int entrada, int salida, int errores) {
+pid_t Lanzar(const Opciones &opciones, int entrada, int salida) {
     const Opciones o = AlAlcance(opciones);
+    signal(SIGPIPE, SIG_IGN);
     const pid_t pid = fork();
     if (pid == 0) {
         dup2(entrada, 0);
         dup2(salida, 1);
-        dup2(errores, 2);
+        dup2(salida, 2);
         Arrancar(o);
     }
-    for (int df : {entrada, salida, errores}) close(df);
+    close(entrada);
+    close(salida);
     return pid;
 }
 
@@ -81,153 +91,109 @@ void Tuberia(int extremos[2]) {
     if (pipe(extremos) == -1) abort();
 }
 
-int FicheroAnonimo() {
-    char nombre[] = "/tmp/escenarioXXXXXX";
-    const int df = mkstemp(nombre);
-    unlink(nombre);
-    return df;
-}
-
+/// Whether the program reads them or not: what it prints tells the test.
 void EscribirEn(int df, const std::string &bytes) {
-    size_t hecho = 0;
-    while (hecho < bytes.size()) {
-        const ssize_t n = write(df, bytes.data() + hecho, bytes.size() - hecho);
-        if (n <= 0) return; // the program has closed its input: what it printed tells the test
-        hecho += static_cast<size_t>(n);
-    }
+    if (write(df, bytes.data(), bytes.size()) == -1) return;
 }
 
-/// A descriptor from which `guion` is read, to its end.
-int Entrada(const std::string &guion, bool fichero) {
-    if (fichero) {
-        const int df = FicheroAnonimo();
-        EscribirEn(df, guion);
-        lseek(df, 0, SEEK_SET);
-        return df;
+/// Reads what there is. Returns whether there may come more.
+bool Recoger(int df, std::string *leido, int espera) {
+    struct pollfd p = {df, POLLIN, 0};
+    char trozo[65536];
+    for (ssize_t n; poll(&p, 1, espera) == 1; espera = 0) {
+        if ((n = read(df, trozo, sizeof trozo)) <= 0) return false; // (a terminal left alone gives EIO)
+        leido->append(trozo, static_cast<size_t>(n));
     }
-    int extremos[2];
-    Tuberia(extremos);
-    const int tam = static_cast<int>(guion.size());
-    if (fcntl(extremos[1], F_GETPIPE_SZ) < tam && fcntl(extremos[1], F_SETPIPE_SZ, tam) == -1) abort();
-    EscribirEn(extremos[1], guion);
-    close(extremos[1]);
-    return extremos[0];
+    return true;
 }
 
-/// Waits for the end of the program; kills it when the time is over.
-int EsperarA(pid_t pid) {
-    const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
+void Quejarse(const std::string &de, const std::string &leido) {
+    constexpr size_t kMostrado = 4000;
+    ADD_FAILURE() << de << "; printed so far:\n"
+                  << leido.substr(leido.size() > kMostrado ? leido.size() - kMostrado : 0);
+}
+
+/// Reads until the program has ended (others may hold its output open); kills it when the time is over.
+int LeerHastaElFin(pid_t pid, int df, std::string *leido) {
+    const Plazo plazo;
     int estado = -1;
-    while (waitpid(pid, &estado, WNOHANG) == 0) {
-        if (Reloj::now() > plazo) {
-            ADD_FAILURE() << "the program did not end";
+    for (bool acabado = false; !acabado;) {
+        if (plazo.Pasado()) {
+            Quejarse("the program did not end", *leido);
             kill(pid, SIGKILL);
-            waitpid(pid, &estado, 0);
-            break;
         }
-        poll(nullptr, 0, 1);
+        acabado = waitpid(pid, &estado, plazo.Pasado() ? 0 : WNOHANG) == pid;
+        if (!Recoger(df, leido, acabado ? 0 : 1)) poll(nullptr, 0, 1);
     }
     return estado;
 }
 
-/// Reads from df into `leido` until it holds `texto` (empty: until the end of the output). Returns where the
-/// text ends, or npos.
-size_t LeerHasta(int df, std::string *leido, const std::string &texto, bool puedeAcabar = false) {
-    const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
-    const char *fallo = "waited in vain for";
-    size_t mirado = 0;
-    while (Reloj::now() < plazo) {
-        if (!texto.empty()) {
-            const size_t pos = leido->find(texto, mirado);
-            if (pos != std::string::npos) return pos + texto.size();
-            mirado = leido->size() > texto.size() ? leido->size() - texto.size() : 0;
-        }
-        struct pollfd p = {df, POLLIN, 0};
-        if (poll(&p, 1, 100) == 0) continue; // until the time is over
-        char trozo[65536];
-        const ssize_t n = read(df, trozo, sizeof trozo);
-        if (n <= 0 && (texto.empty() || puedeAcabar)) return std::string::npos;
-        if (n <= 0) { // (a terminal whose program has gone gives EIO)
-            fallo = "the output ended before";
-            break;
-        }
-        leido->append(trozo, static_cast<size_t>(n));
-    }
-    constexpr size_t kMostrado = 4000;
-    const size_t desde = leido->size() > kMostrado ? leido->size() - kMostrado : 0;
-    ADD_FAILURE() << fallo << " \"" << texto << "\"; printed so far:\n" << leido->substr(desde);
-    return std::string::npos;
-}
-
-/// Reads what is left of df, a file from its start, and closes it.
-std::string LeerTodo(int df) {
-    std::string texto;
-    lseek(df, 0, SEEK_SET);
-    LeerHasta(df, &texto, "");
-    close(df);
-    return texto;
-}
-
-struct IgnorarSigpipe {
-    IgnorarSigpipe() { signal(SIGPIPE, SIG_IGN); }
-} ignorarSigpipe;
-
 } // namespace
 
 Resultado Ejecutar(const std::string &guion, const Opciones &o) {
-    int salida[2];
-    if (o.salidaFichero) {
-        salida[0] = FicheroAnonimo();
-        fcntl(salida[0], F_SETFL, O_APPEND);
-        salida[1] = dup(salida[0]);
+    const DirectorioTemporal dir;
+    int entrada[2], salida[2];
+    if (o.ficheros) {
+        EscribirFichero(dir / "guion", guion);
+        entrada[0] = open((dir / "guion").c_str(), O_RDWR);
+        salida[1] = open((dir / "salida").c_str(), O_CREAT | O_RDWR | O_APPEND, 0600);
+        salida[0] = open((dir / "salida").c_str(), O_RDONLY);
     } else {
+        Tuberia(entrada);
         Tuberia(salida);
+        fcntl(entrada[1], F_SETPIPE_SZ, std::max<int>(65536, static_cast<int>(guion.size())));
+        EscribirEn(entrada[1], guion);
+        close(entrada[1]);
     }
-    const int errores = o.erroresAparte ? FicheroAnonimo() : -1;
-    const pid_t pid =
-        Lanzar(o, Entrada(guion, o.entradaFichero), salida[1], dup(o.erroresAparte ? errores : salida[1]));
     Resultado r;
-    if (!o.salidaFichero) r.salida = LeerTodo(salida[0]);
-    r.estado = EsperarA(pid);
-    if (o.salidaFichero) r.salida = LeerTodo(salida[0]);
-    if (o.erroresAparte) r.errores = LeerTodo(errores);
+    r.estado = LeerHastaElFin(Lanzar(o, entrada[0], salida[1]), salida[0], &r.salida);
+    close(salida[0]);
     return r;
 }
 
+std::string Salida(const std::string &guion, const Opciones &o) {
+    const std::string salida = Ejecutar("prompt =\n" + guion, o).salida;
+    return salida.substr(salida.find('='));
+}
+
 Programa::~Programa() {
-    if (pid_ > 0) {
-        kill(pid_, SIGKILL);
-        waitpid(pid_, nullptr, 0);
-    }
-    close(entrada_);
+    EXPECT_EQ(pid_ > 0 ? EsperarFin() : 0, 0) << "the status of a session whose input ended";
     close(salida_);
 }
 
 void Programa::Enviar(const std::string &bytes) { EscribirEn(entrada_, bytes); }
 
-std::string Programa::Esperar(const std::string &texto, bool puedeAcabar) {
-    const size_t fin = LeerHasta(salida_, &leido_, texto, puedeAcabar);
-    const std::string hasta = leido_.substr(0, fin);
-    leido_.erase(0, fin);
+std::string Programa::Esperar(const std::string &texto) {
+    const Plazo plazo;
+    size_t pos, mirado = 0;
+    for (bool hay = true; (pos = leido_.find(texto, mirado)) == std::string::npos;) {
+        if (!hay || plazo.Pasado()) {
+            Quejarse((hay ? "waited in vain for \"" : "the output ended before \"") + texto + '"', leido_);
+            return std::exchange(leido_, "");
+        }
+        mirado = leido_.size() > texto.size() ? leido_.size() - texto.size() : 0;
+        hay = Recoger(salida_, &leido_, 100);
+    }
+    const std::string hasta = leido_.substr(0, pos + texto.size());
+    leido_.erase(0, hasta.size());
     return hasta;
 }
 
 int Programa::EsperarFin(std::string *resto) {
-    LeerHasta(salida_, &leido_, "");
+    close(entrada_);
+    const int estado = LeerHastaElFin(std::exchange(pid_, -1), salida_, &leido_);
     if (resto) *resto = leido_;
-    const int estado = EsperarA(pid_);
-    pid_ = -1;
     return estado;
 }
 
-Sesion::Sesion(const Opciones &o) {
+Sesion::Sesion(Opciones o) {
     int entrada[2], salida[2];
     Tuberia(entrada);
     Tuberia(salida);
-    if (o.salidaEstrecha) fcntl(salida[1], F_SETPIPE_SZ, 4096);
     entrada_ = entrada[1];
     salida_ = salida[0];
-    pid_ = Lanzar(o, entrada[0], salida[1], dup(salida[1]));
+    if (o.directorio.empty()) o.directorio = dir_.ruta();
+    pid_ = Lanzar(o, entrada[0], salida[1]);
     Linea("prompt " + kEspecificacion);
 }
 
@@ -241,12 +207,35 @@ std::string Sesion::EsperarPrompt() {
     return texto.substr(0, texto.ends_with(kMarca) ? texto.size() - kMarca.size() : texto.size());
 }
 
+void Sesion::Seguir(const std::vector<Paso> &pasos) {
+    for (const auto &[linea, salida] : pasos) {
+        const std::string dada = Linea(linea);
+        if (salida.starts_with("~"))
+            EXPECT_TRUE(Casa(dada, salida.substr(1))) << linea << "\nprints " << dada << "\nnot " << salida;
+        else
+            EXPECT_EQ(dada, salida) << linea;
+    }
+}
+
+std::string Sesion::Dir(const std::string &linea) { return Direccion(Linea(linea)); }
+
+std::string Sesion::Region(unsigned long dir) const {
+    std::istringstream mapa(LeerFichero("/proc/" + std::to_string(pid_) + "/maps"));
+    for (std::string linea; std::getline(mapa, linea);) {
+        unsigned long desde, hasta;
+        char permisos[8], nombre[512] = "";
+        if (sscanf(linea.c_str(), "%lx-%lx %4s %*s %*s %*s %511s", &desde, &hasta, permisos, nombre) >= 3 &&
+            desde <= dir && dir < hasta)
+            return std::string(permisos) + " " + nombre;
+    }
+    return "";
+}
+
 void Sesion::EsperarEscrituraParada(int bytes) {
-    const auto plazo = Reloj::now() + std::chrono::seconds(kPlazo);
+    const Plazo plazo;
     const std::string estado = "/proc/" + std::to_string(pid_) + "/stat";
-    int dentro = 0;
-    while (dentro < bytes || LeerFichero(estado).find(") S ") == std::string::npos) {
-        ASSERT_LT(Reloj::now(), plazo) << "the output did not fill its pipe";
+    for (int dentro = 0; dentro < bytes || !Contiene(LeerFichero(estado), ") S ");) {
+        ASSERT_FALSE(plazo.Pasado()) << "the output did not fill its pipe";
         ioctl(salida_, FIONREAD, &dentro);
     }
 }
@@ -262,6 +251,12 @@ Terminal::Terminal(int columnas) {
         Arrancar({});
     }
     entrada_ = dup(salida_);
+    Enviar("prompt listo%%>\n"); // the echo of the line does not hold the prompt itself
+    Esperar("listo%>");
+}
+
+Terminal::~Terminal() {
+    if (pid_ > 0) Enviar("\x04");
 }
 
 void Terminal::Redimensionar(int columnas) {
@@ -271,20 +266,24 @@ void Terminal::Redimensionar(int columnas) {
 
 bool HayTerminales() {
     const int df = posix_openpt(O_RDWR | O_NOCTTY);
-    if (df == -1) return false;
     close(df);
-    return true;
+    return df != -1;
 }
+
+void EstrecharSalida() { fcntl(1, F_SETPIPE_SZ, 4096); }
+
+unsigned Ordinario() { return getuid() == 0 ? 20000 + static_cast<unsigned>(getpid()) % 40000 : 0; }
 
 DirectorioTemporal::DirectorioTemporal() {
     char nombre[] = "/tmp/escenarioXXXXXX";
     if (!mkdtemp(nombre)) abort();
-    ruta_ = std::filesystem::canonical(nombre);
+    ruta_ = fs::canonical(nombre);
+    fs::permissions(ruta_, fs::perms(0777)); // for every user that a test plays
 }
 
 DirectorioTemporal::~DirectorioTemporal() {
     std::error_code fallo;
-    std::filesystem::remove_all(ruta_, fallo);
+    fs::remove_all(ruta_, fallo);
 }
 
 void EscribirFichero(const std::string &ruta, const std::string &texto) {
@@ -297,6 +296,34 @@ std::string LeerFichero(const std::string &ruta) {
     return texto.str();
 }
 
+bool Contiene(const std::string &texto, const std::string &parte) {
+    return texto.find(parte) != std::string::npos;
+}
+
+int Veces(const std::string &texto, const std::string &parte) {
+    int n = 0;
+    for (size_t pos = 0; (pos = texto.find(parte, pos)) != std::string::npos; pos++) n++;
+    return n;
+}
+
+bool Casa(const std::string &texto, const std::string &patron) {
+    return fnmatch(patron.c_str(), texto.c_str(), 0) == 0;
+}
+
+std::string Fecha(time_t t, const char *formato) {
+    char texto[128];
+    struct tm tm;
+    return {texto, strftime(texto, sizeof texto, formato, localtime_r(&t, &tm))};
+}
+
+bool DeAhora(const std::string &texto, time_t desde, const char *formato) {
+    for (; desde <= time(nullptr); desde++)
+        if (Contiene(texto, Fecha(desde, formato))) return true;
+    return false;
+}
+
+bool MuertoPor(int estado, int senal) { return WIFSIGNALED(estado) && WTERMSIG(estado) == senal; }
+
 std::string Direccion(const std::string &texto, int n) {
     for (size_t pos = 0; (pos = texto.find("0x", pos)) != std::string::npos; pos += 2) {
         if (pos > 0 && isalnum(texto[pos - 1])) continue; // in the middle of a file's name
@@ -304,6 +331,14 @@ std::string Direccion(const std::string &texto, int n) {
         if (n-- == 0) return texto.substr(pos, fin == std::string::npos ? fin : fin - pos);
     }
     return "";
+}
+
+unsigned long Valor(const std::string &direccion) { return strtoul(direccion.c_str(), nullptr, 16); }
+
+std::string Mas(const std::string &direccion, unsigned long n) {
+    std::stringstream texto;
+    texto << "0x" << std::hex << Valor(direccion) + n;
+    return texto.str();
 }
 
 int ClaveUnica() {
