@@ -92,9 +92,13 @@ TEST(Jobs, EndWithTheirStatusAndLeaveTheListWhenAsked) {
     const std::string otro = std::to_string(UltimoPid(s.Linea("listjobs")));
     ListarHasta(&s, "*(003)*"); // after which it has been waited for
     s.Seguir({{"job -fg " + otro, "Proceso " + otro + " pid ya esta finalizado\n"}, {"deljobs -clear", ""}});
-    s.Linea("back /bin/sh sal3");
-    const std::string ultimo = std::to_string(UltimoPid(s.Linea("deljobs")));
-    EXPECT_TRUE(Casa(s.Linea("job -fg " + ultimo), "Proceso " + ultimo + "*3\n"));
+    EscribirFichero(s / "espera", "until [ -e ya ]; do :; done; exit 4\n");
+    s.Linea("back /bin/sh espera");
+    const std::string ultimo = std::to_string(UltimoPid(s.Linea("listjobs")));
+    s.Enviar("job -fg " + ultimo + "\n");
+    EscribirFichero(s / "ya", "");
+    EXPECT_EQ(s.EsperarPrompt(), "Proceso " + ultimo + " terminado normalmente. Valor devuelto 4\n");
+    s.Seguir({{"listjobs", ""}});
 }
 
 TEST(Pipes, InTheBackgroundTheyAreTwoJobs) {
