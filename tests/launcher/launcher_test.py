@@ -108,6 +108,15 @@ class Launcher(unittest.TestCase):
                     line = rest.strip().splitlines()[-1]
                     for word in (f"shell-docente: estado {status}", *words):
                         self.assertIn(word, line)
+                    self.assertNotRegex(rest, "Segmentation|Floating")  # nor another word about it
+
+    def test_hands_on_the_status_of_a_program_in_the_shell_s_place(self):
+        terminal = Terminal(self.home)
+        terminal.expect("%) ")
+        terminal.type("execute /bin/false\r")
+        code, rest = terminal.end()
+        self.assertEqual(code, 1)
+        self.assertNotIn("shell-docente:", rest)
 
     @unittest.skipUnless(shutil.which("rlwrap"), "rlwrap is not here")
     def test_edits_completes_and_remembers_lines(self):
@@ -123,6 +132,7 @@ class Launcher(unittest.TestCase):
         terminal.expect("SENALES")
         terminal.type("exit\r")
         self.assertEqual(terminal.end()[0], 0)
+        self.assertTrue(os.path.exists(os.path.join(self.home, ".local/state/shell-docente/historial")))
         terminal = Terminal(self.home)
         terminal.expect("%) ")
         terminal.type("\x1b[A\x1b[A\r")  # the last line but one of the session before
