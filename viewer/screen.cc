@@ -15,6 +15,7 @@
 #include "viewer/follow.h"
 #include "viewer/panels/panels.h"
 #include "viewer/screen_layout.h"
+#include "viewer/terminal.h"
 #include "viewer/text_output.h"
 
 namespace mirador {
@@ -25,7 +26,7 @@ constexpr double kShortest = 0.1;         // seconds between two looks, and betw
 constexpr double kLongest = 2;            // whatever nobody noticed is seen after this time
 constexpr double kShareOfIdle = 0.002;    // of one processor, for looking whether something happened
 constexpr double kShareOfBusy = 0.02;     // of one processor, for reading everything
-constexpr double kOneChange = 0.5;        // what a command changes within this time is one change
+constexpr double kOneChange = 0.5;        // at most, of a shell that goes on running
 constexpr double kCostlyMeasure = 0.0015; // seconds of processor: above, smaps is not read every time
 
 double Seconds(clockid_t clock) {
@@ -36,81 +37,17 @@ double Seconds(clockid_t clock) {
 double Now() { return Seconds(CLOCK_MONOTONIC); }
 double Processor() { return Seconds(CLOCK_PROCESS_CPUTIME_ID); }
 
-// The terminal
-// ------------------------------------------------------------------------------------------------
+bool Running(const Snapshot &snapshot) {
+    for (const Process &process : snapshot.processes)
+        if (process.stat.pid == snapshot.pid) return process.stat.state == 'R';
+    return false;
+}
 
-/// Owns the terminal while the viewer draws on it.
-class Curses {
-  public:
-    Curses() : screen_(newterm(nullptr, stdout, stdin)) {
-        if (!screen_) return;
-        cbreak();
-        noecho();
-        keypad(stdscr, TRUE);
-        nodelay(stdscr, TRUE);
-        set_escdelay(25);
-        curs_set(0);
-        const char *plain = getenv("NO_COLOR"); // a convention of many programs
-        if (!has_colors() || (plain && *plain)) return;
-        start_color();
-        use_default_colors();
-        colours_ = true;
-        for (size_t i = 0; i < std::size(kColours); i++)
-            init_pair(static_cast<short>(i + 1), kColours[i].colour, -1);
-    }
-    Curses(const Curses &) = delete;
-    Curses &operator=(const Curses &) = delete;
-    ~Curses() {
-        if (!screen_) return;
-        endwin();
-        delscreen(screen_);
-    }
-    bool open() const { return screen_ != nullptr; }
-
-    attr_t Attributes(Style style) const {
-        switch (style) {
-        case Style::kPlain: return A_NORMAL;
-        case Style::kDim: return A_DIM;
-        case Style::kStrong:
-        case Style::kTitle: return A_BOLD;
-        case Style::kAttention: return A_BOLD | A_REVERSE;
-        default: break;
-        }
-        for (size_t i = 0; i < std::size(kColours); i++)
-            if (kColours[i].style == style)
-                return kColours[i].attributes | (colours_ ? COLOR_PAIR(static_cast<int>(i) + 1) : 0);
-        return A_NORMAL;
-    }
-
-  private:
-    struct Colour {
-        Style style;
-        short colour;
-        attr_t attributes; ///< so that a change shows without colours too
-    };
-    static constexpr Colour kColours[] = {
-        {Style::kNew, COLOR_GREEN, A_BOLD},
-        {Style::kGone, COLOR_RED, A_NORMAL},
-        {Style::kChanged, COLOR_YELLOW, A_BOLD | A_REVERSE},
-        {Style::kCode, COLOR_RED, A_NORMAL},
-        {Style::kData, COLOR_YELLOW, A_NORMAL},
-        {Style::kHeap, COLOR_GREEN, A_NORMAL},
-        {Style::kStack, COLOR_CYAN, A_NORMAL},
-        {Style::kFile, COLOR_BLUE, A_NORMAL},
-        {Style::kSegment, COLOR_MAGENTA, A_NORMAL},
-        {Style::kOther, COLOR_WHITE, A_DIM},
-    };
-    SCREEN *screen_;
-    bool colours_ = false;
-};
-
-// The window
-// --------------------------------------------------------------------------------------------------
-
+/// The screen from the first drawing to the last.
 class Window {
   public:
-    Window(const Options &options, const Glyphs &glyphs, const Curses &curses)
-        : options_(options), glyphs_(glyphs), curses_(curses), follower_(options.pid) {}
+    Window(const Options &options, const Glyphs &glyphs, const Terminal &terminal)
+        : options_(options), glyphs_(glyphs), terminal_(terminal), follower_(options.pid) {}
 
     void Begin() {
         base_ = follower_.Next(true);
@@ -178,7 +115,9 @@ class Window {
         if (!step.changed && next.alive == shown_.alive && next.program == shown_.program) return;
         redraw_ = true;
         if (std::any_of(std::begin(step.major), std::end(step.major), [](bool major) { return major; })) {
-            if (now - change_began_ > kOneChange) {
+            // What one line does is one change: all until the shell sleeps again, if that does not take too
+            // long.
+            if (!Running(shown_) || now - change_began_ > kOneChange) {
                 base_ = shown_;
                 change_began_ = now;
                 message_ = message;
@@ -254,15 +193,7 @@ class Window {
 
     // Drawing.
 
-    void Put(int y, int x, const Line &line, int width) const {
-        const Layout layout = {width, &glyphs_, false};
-        move(y, x);
-        for (const Span &span : Finish(line, layout)) {
-            attrset(curses_.Attributes(span.style));
-            addstr(span.text.c_str());
-        }
-        attrset(A_NORMAL);
-    }
+    void Put(int y, int x, const Line &line, int width) const { terminal_.Put(y, x, line, width, glyphs_); }
 
     void Draw() {
         redraw_ = false;
@@ -358,7 +289,7 @@ class Window {
 
     const Options &options_;
     const Glyphs &glyphs_;
-    const Curses &curses_;
+    const Terminal &terminal_;
     Follower follower_;
     ChangeDetector detector_;
     Snapshot base_, shown_; ///< before the last change; now
@@ -380,9 +311,9 @@ int RunScreen(const Options &options, const Glyphs &glyphs, std::string *fault) 
     request.root = request.pid = options.pid;
     if (!TakeSnapshot(request).alive)
         return *fault = "no hay ningún proceso vivo " + std::to_string(options.pid), -1;
-    const Curses curses;
-    if (!curses.open()) return *fault = "no se conoce este terminal (variable TERM)", -1;
-    Window window(options, glyphs, curses);
+    const Terminal terminal;
+    if (!terminal.open()) return *fault = "no se conoce este terminal (variable TERM)", -1;
+    Window window(options, glyphs, terminal);
     window.Begin();
     window.Run();
     return 0;

@@ -41,7 +41,6 @@ std::string Cut(const std::string &text, double room, bool front = false) {
 }
 
 // Descriptors, open files, files
-// ------------------------------------------------------------------------------
 
 constexpr double kBoxRow = 24, kBoxHeight = 20;
 constexpr double kFdX = kMargin, kFdWidth = 70;
@@ -124,7 +123,6 @@ void DrawDescriptors(const Snapshot &now, Pen *pen) {
 }
 
 // The address space
-// -------------------------------------------------------------------------------------------
 
 constexpr double kColumnX = 170, kColumnWidth = 120, kZoneTextX = kColumnX + kColumnWidth + 10;
 constexpr double kStripX = 640, kStripWidth = kWidth - kMargin - kStripX;
@@ -228,7 +226,6 @@ void DrawMemory(const Snapshot &now, Pen *pen) {
 }
 
 // Signals, processes
-// ------------------------------------------------------------------------------------------
 
 void DrawSignals(const View &view, Pen *pen) {
     SvgCanvas &canvas = pen->canvas;
