@@ -10,8 +10,7 @@ namespace mirador {
 namespace {
 
 uint64_t Key(const OpenDescriptor &d) { return static_cast<uint64_t>(d.number); }
-// A stack grows downwards: its end stays.
-uint64_t Key(const Zone &zone) { return zone.kind == ZoneKind::kStack ? zone.end : zone.start; }
+uint64_t Key(const Zone &zone) { return zone.start; }
 uint64_t Key(const SignalRow &signal) { return static_cast<uint64_t>(signal.number); }
 // A number may have been given to another process since.
 uint64_t Key(const Process &p) { return (p.stat.start << 24) ^ static_cast<uint64_t>(p.stat.pid); }
@@ -50,18 +49,49 @@ unsigned Differences(const Process &a, const Process &b) {
            If(a.line != b.line, kLine) | If(a.pipes != b.pipes, kPipes);
 }
 
+template<class Record> std::vector<uint64_t> Keys(const std::vector<Record> &records) {
+    std::vector<uint64_t> keys;
+    keys.reserve(records.size());
+    for (const Record &record : records) keys.push_back(Key(record));
+    return keys;
+}
+
+/// Where each key stands.
+std::unordered_map<uint64_t, size_t> Places(const std::vector<uint64_t> &keys) {
+    std::unordered_map<uint64_t, size_t> places;
+    for (size_t i = 0; i < keys.size(); i++) places.emplace(keys[i], i);
+    return places;
+}
+
+/// The keys of `now`. A zone that has grown downwards, as a stack does and a mapping joined to the next one,
+/// keeps its end and its key.
+std::vector<uint64_t> ZoneKeys(const std::vector<Zone> &before, const std::vector<Zone> &now) {
+    std::vector<uint64_t> keys = Keys(now);
+    const auto old_starts = Places(Keys(before)), new_starts = Places(keys);
+    std::unordered_map<uint64_t, const Zone *> old_ends;
+    for (const Zone &zone : before) old_ends.emplace(zone.end, &zone);
+    for (size_t i = 0; i < now.size(); i++) {
+        const auto old = old_ends.find(now[i].end);
+        if (old_starts.contains(keys[i]) || old == old_ends.end() || new_starts.contains(old->second->start))
+            continue;
+        if (old->second->kind == now[i].kind && old->second->path == now[i].path)
+            keys[i] = old->second->start;
+    }
+    return keys;
+}
+
 /// The rows of `now` in their order, with those that only `before` has where they were.
 template<class Record>
-std::vector<Row<Record>> Merge(const std::vector<Record> &before, const std::vector<Record> &now) {
-    std::unordered_map<uint64_t, size_t> old_place, new_place;
-    for (size_t i = 0; i < before.size(); i++) old_place.emplace(Key(before[i]), i);
-    for (size_t i = 0; i < now.size(); i++) new_place.emplace(Key(now[i]), i);
+std::vector<Row<Record>> Merge(const std::vector<Record> &before, const std::vector<Record> &now,
+                               const std::vector<uint64_t> &now_keys) {
+    const std::vector<uint64_t> before_keys = Keys(before);
+    const auto old_place = Places(before_keys), new_place = Places(now_keys);
     std::vector<Row<Record>> rows;
     rows.reserve(now.size());
     size_t next = 0, drawn = 0; // of before; of now
     const auto pass = [&] {     // those that went, up to one that is still to be drawn
         for (; next < before.size(); next++) {
-            const auto place = new_place.find(Key(before[next]));
+            const auto place = new_place.find(before_keys[next]);
             if (place == new_place.end())
                 rows.push_back({before[next], Mark::kGone, 0});
             else if (place->second >= drawn)
@@ -70,7 +100,7 @@ std::vector<Row<Record>> Merge(const std::vector<Record> &before, const std::vec
     };
     for (; drawn < now.size(); drawn++) {
         pass();
-        const auto old = old_place.find(Key(now[drawn]));
+        const auto old = old_place.find(now_keys[drawn]);
         Row<Record> row = {now[drawn], Mark::kNew, 0};
         if (old != old_place.end()) {
             row.fields = Differences(before[old->second], now[drawn]);
@@ -80,6 +110,11 @@ std::vector<Row<Record>> Merge(const std::vector<Record> &before, const std::vec
     }
     pass();
     return rows;
+}
+
+template<class Record>
+std::vector<Row<Record>> Merge(const std::vector<Record> &before, const std::vector<Record> &now) {
+    return Merge(before, now, Keys(now));
 }
 
 std::vector<SignalRow> SignalRows(const SignalMasks &masks) {
@@ -110,7 +145,7 @@ View Compare(const Snapshot &before, const Snapshot &now) {
     View view;
     view.now = now;
     view.descriptors = Merge(before.descriptors, now.descriptors);
-    view.zones = Merge(before.zones, now.zones);
+    view.zones = Merge(before.zones, now.zones, ZoneKeys(before.zones, now.zones));
     view.signals = Merge(SignalRows(before.signals), SignalRows(now.signals));
     view.processes = Merge(before.processes, now.processes);
     Note(view.descriptors, Panel::kDescriptors, &view);

@@ -26,7 +26,6 @@ constexpr double kShortest = 0.1;         // seconds between two looks, and betw
 constexpr double kLongest = 2;            // whatever nobody noticed is seen after this time
 constexpr double kShareOfIdle = 0.002;    // of one processor, for looking whether something happened
 constexpr double kShareOfBusy = 0.02;     // of one processor, for reading everything
-constexpr double kOneChange = 0.5;        // at most, of a shell that goes on running
 constexpr double kCostlyMeasure = 0.0015; // seconds of processor: above, smaps is not read every time
 
 double Seconds(clockid_t clock) {
@@ -36,12 +35,6 @@ double Seconds(clockid_t clock) {
 }
 double Now() { return Seconds(CLOCK_MONOTONIC); }
 double Processor() { return Seconds(CLOCK_PROCESS_CPUTIME_ID); }
-
-bool Running(const Snapshot &snapshot) {
-    for (const Process &process : snapshot.processes)
-        if (process.stat.pid == snapshot.pid) return process.stat.state == 'R';
-    return false;
-}
 
 /// The screen from the first drawing to the last.
 class Window {
@@ -96,10 +89,10 @@ class Window {
         if (measure && cost > kCostlyMeasure) next_measure_ = now + cost / kShareOfBusy;
         next_refresh_ = now + std::max(kShortest, cost / kShareOfBusy);
         last_refresh_ = now;
-        Accept(next, now);
+        Accept(next);
     }
 
-    void Accept(const Snapshot &next, double now) {
+    void Accept(const Snapshot &next) {
         const std::string message = follower_.TakeMessage();
         if (!message.empty()) {
             message_ = message;
@@ -115,13 +108,8 @@ class Window {
         if (!step.changed && next.alive == shown_.alive && next.program == shown_.program) return;
         redraw_ = true;
         if (std::any_of(std::begin(step.major), std::end(step.major), [](bool major) { return major; })) {
-            // What one line does is one change: all until the shell sleeps again, if that does not take too
-            // long.
-            if (!Running(shown_) || now - change_began_ > kOneChange) {
-                base_ = shown_;
-                change_began_ = now;
-                message_ = message;
-            }
+            base_ = shown_;
+            message_ = message;
             for (ScrollState &scroll : scrolls_) scroll = {};
         }
         shown_ = next;
@@ -299,7 +287,7 @@ class Window {
     int whole_ = -1;
     bool help_ = false, frozen_ = false, redraw_ = true, pending_ = false;
     mutable bool leave_ = false;
-    double next_look_ = 0, next_refresh_ = 0, next_measure_ = 0, last_refresh_ = 0, change_began_ = 0;
+    double next_look_ = 0, next_refresh_ = 0, next_measure_ = 0, last_refresh_ = 0;
 };
 
 } // namespace
