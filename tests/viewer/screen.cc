@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/viewer/screen.h"
 
 #include <poll.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <signal.h>
 #include <sys/shm.h>
 #include <sys/wait.h>
@@ -107,6 +109,7 @@ TEST(ViewerScreen, KeepsToTheShellThroughForkExecAndEnd) {
     kill(shell.pid(), SIGKILL);
     screen.Await("^ TERMINADO Proceso " + std::to_string(shell.pid()));
     screen.Await("ha terminado; éste fue su último estado");
+    EXPECT_EQ(shell.EsperarFin(), SIGKILL);
 }
 
 TEST(ViewerOnce, WritesTextDataAndPicture) {
