@@ -84,8 +84,10 @@ def trace(program, page, calls):
         traced_program = Path(scratch, "shell")
         order = ["strace", "-D", "-f", "--seccomp-bpf", "-q", "-q", "-ttt", "-s", "64", "-e", "signal=none"]
         order += ["-e", "trace=" + ",".join("?" + name for name in names)]
+        # Two signals that the interpreter ignores are to be in the shell what they are in one started by hand.
         traced_program.write_text(
-            f"#!{sys.executable} -I\nimport os\n"
+            f"#!{sys.executable} -I\nimport os, signal\n"
+            "for number in signal.SIGPIPE, signal.SIGXFSZ: signal.signal(number, signal.SIG_DFL)\n"
             f"os.execvp('strace', {order!r} + ['-o', f'{scratch}/trace.{{os.getpid()}}', {os.path.abspath(program)!r}])\n"
         )
         traced_program.chmod(0o755)
