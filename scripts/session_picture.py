@@ -2,15 +2,15 @@
 """Types lines into the program on a terminal and draws what it answered. Arguments: the program, the picture to write."""
 
 import os
-import pty
 import re
-import select
 import sys
 import tempfile
 
 from rich.console import Console
 from rich.terminal_theme import TerminalTheme
 from rich.text import Text
+
+from typed_shell import FIRST_PROMPT, TypedShell
 
 LINES = """\
 open notas.txt cr rw
@@ -30,43 +30,19 @@ THEME = TerminalTheme((30, 34, 42), (220, 223, 228),
                        (86, 182, 194), (220, 223, 228)])
 
 
-class Program:
-    def __init__(self, program, directory):
-        self.pid, self.terminal = pty.fork()
-        if self.pid == 0:
-            os.chdir(directory)
-            os.execve(program, ["shell"], {"PATH": "/usr/bin:/bin", "HOME": directory, "LANG": "C.UTF-8"})
-        self.read(") ")
-
-    def read(self, end):
-        """What the program prints up to `end`, without it."""
-        text = ""
-        while not text.endswith(end):
-            if not select.select([self.terminal], [], [], 30)[0]:
-                sys.exit(f"no {end!r} in {text!r}")
-            text += os.read(self.terminal, 4096).decode()
-        return text.removesuffix(end).replace("\r", "")
-
-    def type(self, line, end=PROMPT):
-        os.write(self.terminal, f"{line}\n".encode())
-        return self.read(end).removeprefix(f"{line}\n")
-
-
 def main():
     program, picture = sys.argv[1:]
     console = Console(record=True, width=72, file=open(os.devnull, "w"), color_system="truecolor")
     with tempfile.TemporaryDirectory() as scratch:
         directory = os.path.join(scratch, "practica")
         os.mkdir(directory)
-        shell = Program(program, directory)
-        shell.type(HIDDEN[0], ") ")
-        shell.type(HIDDEN[1])
-        for line in LINES:
-            answer = shell.type(line)
-            console.print(Text.assemble((PROMPT, "green"), (line, "bold")))
-            console.print(Text(answer.rstrip("\n").expandtabs()), end="\n" if answer else "")
-        os.close(shell.terminal)
-        os.waitpid(shell.pid, 0)
+        with TypedShell(program, directory) as shell:
+            shell.type(HIDDEN[0], FIRST_PROMPT)
+            shell.type(HIDDEN[1], PROMPT)
+            for line in LINES:
+                answer = shell.type(line, PROMPT)
+                console.print(Text.assemble((PROMPT, "green"), (line, "bold")))
+                console.print(Text(answer.rstrip("\n").expandtabs()), end="\n" if answer else "")
     console.save_svg(picture, title="shell-docente", theme=THEME)
     with open(picture, encoding="utf-8") as drawn:
         svg = drawn.read()

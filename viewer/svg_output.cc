@@ -12,7 +12,6 @@
 
 #include "viewer/panels/panels.h"
 #include "viewer/svg_canvas.h"
-#include "viewer/text_output.h"
 
 namespace mirador {
 
@@ -44,8 +43,8 @@ std::string Cut(const std::string &text, double room, bool front = false) {
 
 constexpr double kBoxRow = 24, kBoxHeight = 20;
 constexpr double kFdX = kMargin, kFdWidth = 70;
-constexpr double kFileX = 190, kFileWidth = 300;
-constexpr double kNodeX = 610, kNodeWidth = kWidth - kMargin - kNodeX;
+constexpr double kFileX = 180, kFileWidth = 250;
+constexpr double kNodeX = 520, kNodeWidth = kWidth - kMargin - kNodeX;
 
 /// An open file: what its descriptors share.
 struct OpenFile {
@@ -125,7 +124,7 @@ void DrawDescriptors(const Snapshot &now, Pen *pen) {
 // The address space
 
 constexpr double kColumnX = 170, kColumnWidth = 120, kZoneTextX = kColumnX + kColumnWidth + 10;
-constexpr double kStripX = 640, kStripWidth = kWidth - kMargin - kStripX;
+constexpr double kStripX = kZoneTextX + 16, kStripWidth = kWidth - kMargin - kStripX;
 
 std::string AddressText(uint64_t address) {
     char text[32];
@@ -142,29 +141,31 @@ double ZoneHeight(const Zone &zone) {
 /// A memory file system as a strip: header and directory, files, free space, each as wide as its share.
 void DrawFileSystem(const FileSystem &fs, Pen *pen) {
     SvgCanvas &canvas = pen->canvas;
-    const double total = std::max<double>(fs.total, 1), height = 16;
-    const double data = static_cast<double>(TableSize(fs)) / total;
-    canvas.Text(kZoneTextX + 16, pen->y + kBaseline,
-                "SF en " + AddressText(fs.address) + ", encontrado por su marca", "s");
-    canvas.Box(kStripX, pen->y + 2, kStripWidth, height, "e");
-    canvas.Box(kStripX, pen->y + 2, kStripWidth * std::min(data, 1.0), height, "h");
-    for (const StoredFile &file : fs.files) {
-        const double from = std::min(data + file.offset / total, 1.0);
-        const double width = std::min(file.size / total, 1.0 - from);
-        canvas.Box(kStripX + kStripWidth * from, pen->y + 2, std::max(kStripWidth * width, 2.0), height, "f");
-    }
+    canvas.Text(kStripX, pen->y + kBaseline, "SF en " + AddressText(fs.address) + ", encontrado por su marca",
+                "s");
     pen->y += kRow;
     const std::string facts = std::to_string(fs.total) + " bytes: cabecera y " + std::to_string(fs.capacity) +
                               " entradas (" + std::to_string(TableSize(fs)) + "), " +
-                              std::to_string(fs.count) + " ficheros, " + std::to_string(fs.free) + " libres" +
+                              std::to_string(fs.count) + (fs.count == 1 ? " fichero, " : " ficheros, ") +
+                              std::to_string(fs.free) + " libres" +
                               (fs.within ? "" : "; dice medir más que su zona");
-    canvas.Text(kZoneTextX + 16, pen->y + kBaseline, facts, "d");
+    canvas.Text(kStripX, pen->y + kBaseline, facts, "d");
     pen->y += kRow;
+    const double total = std::max<double>(fs.total, 1), height = 16;
+    const double table = std::min(static_cast<double>(TableSize(fs)) / total, 1.0);
+    canvas.Box(kStripX, pen->y + 2, kStripWidth, height, "e");
+    canvas.Box(kStripX, pen->y + 2, kStripWidth * table, height, "h");
+    for (const StoredFile &file : fs.files) {
+        const double from = std::min(table + file.offset / total, 1.0);
+        const double width = std::min(file.size / total, 1.0 - from);
+        canvas.Box(kStripX + kStripWidth * from, pen->y + 2, std::max(kStripWidth * width, 2.0), height, "f");
+    }
+    pen->y += kRow + 2;
     for (size_t i = 0; i < fs.files.size(); i++) {
         const StoredFile &file = fs.files[i];
         const std::string text = std::to_string(i) + ": " + Printable(file.name, true) + ", " +
                                  std::to_string(file.size) + " bytes desde " + std::to_string(file.offset);
-        canvas.Text(kZoneTextX + 32, pen->y + kBaseline, Cut(text, kWidth - kMargin - kZoneTextX - 32));
+        canvas.Text(kStripX + 16, pen->y + kBaseline, Cut(text, kWidth - kMargin - kStripX - 16));
         pen->y += kRow;
     }
 }
@@ -314,7 +315,8 @@ void DrawProcesses(const View &view, Pen *pen) {
 std::string SvgOutput(const View &view, unsigned panels) {
     Pen pen;
     const auto wanted = [panels](Panel panel) { return (panels & 1u << static_cast<int>(panel)) != 0; };
-    const std::string heading = HeadingText(view.now, true).substr(1);
+    const std::string program = view.now.program.substr(view.now.program.rfind('/') + 1);
+    const std::string heading = "Proceso " + std::to_string(view.now.pid) + ": " + Printable(program, true);
     pen.canvas.Text(kMargin, pen.y + kBaseline, Cut(heading, kWidth - 2 * kMargin), "d");
     pen.y += kRow + 10;
     if (wanted(Panel::kDescriptors)) DrawDescriptors(view.now, &pen);
