@@ -109,7 +109,7 @@ void Descriptors(const Snapshot &now, Writer *out) {
         else
             out->Number("fichero_abierto", d.file);
         out->Unsigned("dispositivo", d.device);
-        out->Unsigned("i_nodo", d.inode);
+        out->Unsigned("inodo", d.inode);
         out->Number("tamano", d.size);
         out->Unsigned("enlaces", d.links);
         out->Close('}');
@@ -133,7 +133,7 @@ void Zones(const Snapshot &now, Writer *out) {
         out->String("tipo", Constant(KindName(zone.kind)));
         out->String("fichero", zone.path);
         out->Unsigned("desplazamiento", zone.offset);
-        out->Unsigned("i_nodo", zone.kind == ZoneKind::kSegment ? 0 : zone.inode);
+        out->Unsigned("inodo", zone.kind == ZoneKind::kSegment ? 0 : zone.inode);
         if (zone.measured) {
             out->Unsigned("residente", zone.resident);
             out->Unsigned("sucio", zone.dirty);
@@ -214,7 +214,7 @@ void Processes(const Snapshot &now, Writer *out) {
         out->Open('[');
         for (const PipeEnd &end : process.pipes) {
             out->Open('{');
-            out->Unsigned("i_nodo", end.inode);
+            out->Unsigned("inodo", end.inode);
             out->Number("descriptor", end.descriptor);
             out->String("extremo", end.writes ? "escritura" : "lectura");
             out->Close('}');

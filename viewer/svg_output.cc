@@ -64,7 +64,7 @@ std::string FileFlags(const OpenDescriptor &d) {
 std::string NodeText(const OpenDescriptor &d) {
     std::string text = TargetText(d, true);
     if (d.kind == FileKind::kUnknown) return text;
-    std::string facts = "  i-nodo " + std::to_string(d.inode);
+    std::string facts = "  inodo " + std::to_string(d.inode);
     if (d.kind == FileKind::kRegular) facts += ", " + std::to_string(d.size) + " bytes";
     return Cut(text, kNodeWidth - 12 - SvgCanvas::TextWidth(facts), true) + facts;
 }

@@ -192,7 +192,7 @@ TEST(JsonOutput, KeepsEveryByteOfAName) {
         JsonOutput(Compare(now, now), 1u << 3),
         "{\"version\": 1, \"pid\": 7, \"programa\": \"\", \"uid\": 0,\n  \"procesos\": [\n  {\"pid\": 7, "
         "\"padre\": 0, \"nivel\": 0, \"estado\": \"ejecucion\", \"nice\": 0, \"grupo\": 0, \"sesion\": 0, "
-        "\"orden\": \"orden 7\", \"tuberias\": [{\"i_nodo\": 5, \"descriptor\": 1, \"extremo\": "
+        "\"orden\": \"orden 7\", \"tuberias\": [{\"inodo\": 5, \"descriptor\": 1, \"extremo\": "
         "\"escritura\"}]}]}\n");
 }
 

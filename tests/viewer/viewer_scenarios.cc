@@ -70,7 +70,7 @@ TEST(ViewerScreen, FitsEveryTerminal) {
         for (const char c : line) EXPECT_TRUE(c >= ' ' && c < 0x7F) << line;
     screen.Resize(250, 50);
     screen.Await("- 1 Descriptores -+ +- 2 Espacio de direcciones -+");
-    screen.Await("num .*i-nodo +modo");
+    screen.Await("num .*inodo +modo");
     screen.Resize(40, 3);
     screen.Await("^- 1 Descriptores -+");
     screen.Resize(80, 24);

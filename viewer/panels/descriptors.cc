@@ -97,7 +97,7 @@ PanelText DescriptorsPanel(const View &view, const Layout &layout) {
                          FitRight("desplaz.", columns.offset, *layout.glyphs);
     if (columns.size)
         header += FitRight("tamaño", columns.size, *layout.glyphs) +
-                  FitRight("i-nodo", columns.inode, *layout.glyphs);
+                  FitRight("inodo", columns.inode, *layout.glyphs);
     panel.header = {{header + "  modo", Style::kDim}};
     std::vector<std::string> equals(view.descriptors.size()); // said where no bracket fits
     for (size_t g = 0; g < groups.size(); g++) {
