@@ -19,8 +19,6 @@ using namespace mirador;
 
 namespace {
 
-constexpr unsigned All = 0xF;
-
 OpenDescriptor File(int number, const char *target, int64_t offset, int file) {
     OpenDescriptor d;
     d.number = number;
