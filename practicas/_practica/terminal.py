@@ -43,6 +43,10 @@ def descendientes(pid):
     return todos
 
 
+def _duerme(pid):
+    return _leer(f"/proc/{pid}/stat").rpartition(")")[2].split()[:1] == ["S"]
+
+
 def _veces_cedida(pid):
     """How often the process has gone to sleep by itself: it grows with every read that waits."""
     encontrado = re.search(r"^voluntary_ctxt_switches:\s*(\d+)", _leer(f"/proc/{pid}/status"), re.M)
@@ -120,7 +124,8 @@ class Terminal:
             llamada = _leer(f"/proc/{pid}/syscall").split()
             if not llamada and pid == self.pid and self._duerme_tras_prompt():
                 return pid, _veces_cedida(pid)
-            if len(llamada) > 1 and llamada[0] == str(_READ.get(platform.machine(), 0)):
+            # A traced process stops before a call and after it, and looks then as if it were in it; but it does not sleep.
+            if len(llamada) > 1 and llamada[0] == str(_READ.get(platform.machine(), 0)) and _duerme(pid):
                 try:
                     destino = os.readlink(f"/proc/{pid}/fd/{int(llamada[1], 16)}")
                 except OSError:
@@ -131,7 +136,7 @@ class Terminal:
 
     def _duerme_tras_prompt(self):
         """Where the kernel does not tell what a process waits for (another user's, or no such file)."""
-        return self.salida.endswith(b"\x1f") and _leer(f"/proc/{self.pid}/stat").rpartition(")")[2].split()[:1] == ["S"]
+        return self.salida.endswith(b"\x1f") and _duerme(self.pid)
 
     def _sin_leer(self):
         """Typed bytes that nobody has taken yet."""
