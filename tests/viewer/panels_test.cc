@@ -11,6 +11,7 @@
 #include "viewer/json_output.h"
 #include "viewer/options.h"
 #include "viewer/panels/panels.h"
+#include "viewer/screen_layout.h"
 #include "viewer/text_output.h"
 
 // From records to lines: what is joined, marked, cut and escaped.
@@ -77,6 +78,16 @@ TEST(DescriptorsPanel, BracketsJoinWhatIsShared) {
     const Layout narrow = {40, &kAsciiGlyphs};
     EXPECT_EQ(Lines(DescriptorsPanel(Compare(now, now), narrow), narrow)[1],
               "    1-+\\ b                2  RDWR|APPEND");
+}
+
+TEST(DescriptorsPanel, SaysWhatItHasNoRoomToJoin) {
+    Snapshot now;
+    for (int i = 0; i < 12; i++)
+        now.descriptors.push_back(File(i, "f", 0, i % 6)); // six brackets, each over the others
+    const Layout layout = {40, &kAsciiGlyphs};
+    const auto lines = Lines(DescriptorsPanel(Compare(now, now), layout), layout);
+    EXPECT_EQ(lines[6].substr(0, 8), "    6-/|");
+    EXPECT_NE(lines[11].find("que 5)"), std::string::npos) << lines[11];
 }
 
 TEST(Changes, RowsSayWhatHappenedToThem) {
@@ -158,6 +169,30 @@ TEST(MemoryPanel, FoldsLibrariesUnlessTheyChange) {
     EXPECT_EQ(changed[3], "-       0x30000 ##        64K rw-p libx.so");
     layout.whole = true;
     EXPECT_EQ(MemoryPanel(Compare(before, before), layout).lines.size(), 3u);
+}
+
+TEST(ScreenLayout, GivesRoomFirstToThePanelToLookAt) {
+    const std::vector<PanelNeed> needs = {{0, 5, false}, {1, 40, false}, {2, 10, true}, {3, 1, false}};
+    const auto rows = [&](int height, bool two_columns) {
+        std::vector<int> given(4);
+        int sum = 0;
+        for (const PanelPlace &place : PlacePanels(needs, height, two_columns)) {
+            given[static_cast<size_t>(place.panel)] = place.rows;
+            sum += place.rows;
+            EXPECT_LE(place.first_row + place.rows, height);
+        }
+        EXPECT_LE(sum, two_columns ? 2 * height : height);
+        return given;
+    };
+    EXPECT_EQ(rows(22, false), (std::vector<int>{4, 3, 12, 3}));
+    EXPECT_EQ(rows(30, false), (std::vector<int>{7, 8, 12, 3}));
+    EXPECT_EQ(rows(2, false), (std::vector<int>{0, 0, 2, 0}));
+    EXPECT_EQ(rows(40, true), (std::vector<int>{7, 37, 12, 3}));
+    EXPECT_EQ(FirstLine(-1, -1, 40, 10), 0);
+    EXPECT_EQ(FirstLine(-1, 39, 40, 10), 30);
+    EXPECT_EQ(FirstLine(-1, 20, 40, 10), 17);
+    EXPECT_EQ(FirstLine(99, 0, 40, 10), 30);
+    EXPECT_EQ(FirstLine(5, 2, 3, 10), 0);
 }
 
 TEST(StyledText, NamesAreSafeAndFit) {

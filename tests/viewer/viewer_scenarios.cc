@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 
+#include <poll.h>
 #include <signal.h>
 #include <sys/shm.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/viewer/screen.h"
+#include "viewer/snapshot.h"
 
 // The viewer beside a real shell: each line typed there shows here.
 
@@ -85,6 +87,38 @@ TEST(ViewerScreen, FitsEveryTerminal) {
     shell.Linea("open /etc/passwd");
     screen.Enviar(" ");
     screen.Await("^\\+   3   /etc/passwd");
+    const std::string file = "mirador-" + std::to_string(shell.pid()) + "-1.txt";
+    screen.Enviar("d");
+    screen.Await("Estado escrito en " + file);
+    Has(LeerFichero(file), "\n+   3   /etc/passwd ");
+    EXPECT_EQ(unlink(file.c_str()), 0);
+}
+
+TEST(ViewerScreen, LooksInVainAtAShellThatSleeps) {
+    Sesion shell;
+    shell.Linea("search -path");
+    shell.Linea("back sleep 60");
+    mirador::Request request;
+    request.root = request.pid = shell.pid();
+    mirador::ChangeDetector detector;
+    const auto processes = [&] { return mirador::TakeSnapshot(request).processes; };
+    const auto happened = [&] { return detector.SomethingHappened(request, processes()); };
+    const auto settle = [&] { // nothing for ten looks
+        for (int i = 0, quiet = 0; i < 5000 && quiet < 10; i++) {
+            quiet = happened() ? 0 : quiet + 1;
+            poll(nullptr, 0, 1);
+        }
+    };
+    settle();
+    EXPECT_FALSE(happened());
+    shell.Linea("lseek 0 0"); // fails, and yet the shell has run
+    EXPECT_TRUE(happened());
+    settle();
+    kill(processes()[1].stat.pid, SIGTERM); // the shell does not run for that
+    for (int i = 0; i < 5000 && processes()[1].stat.state != 'Z'; i++) poll(nullptr, 0, 1);
+    EXPECT_TRUE(happened());
+    settle();
+    EXPECT_FALSE(happened());
 }
 
 TEST(ViewerScreen, KeepsToTheShellThroughForkExecAndEnd) {
@@ -122,6 +156,7 @@ TEST(ViewerOnce, WritesTextDataAndPicture) {
     shell.Linea("memfs-cp a&c.txt " + address + ":x");
     shell.Linea("open . ro");
     shell.Linea("dup 3");
+    shell.Linea("open a&c.txt");
     const std::string text = Once(shell.pid(), {"--una-vez", "--ancho", "200"}).salida;
     Has(text, "    4─┘ " + folder.ruta() + " ");
     Has(text, "clave " + std::to_string(key) + " id ");
@@ -134,9 +169,27 @@ TEST(ViewerOnce, WritesTextDataAndPicture) {
     EXPECT_EQ(WEXITSTATUS(Once(shell.pid(), {"--svg", folder / "p.svg"}).estado), 0);
     const std::string picture = LeerFichero(folder / "p.svg");
     Has(picture, ">SF en " + address + ", encontrado por su marca</text>");
+    Has(picture, "/a&amp;c.txt  inodo ");
     Has(picture, "</svg>");
     EXPECT_EQ(Once(shell.pid(), {"--svg", folder / "no/p.svg"}).estado, 1 << 8);
     shell.Linea("delkey " + std::to_string(key));
+}
+
+TEST(ViewerLauncher, ListsTheShellsWhenThereAreSeveral) {
+    Sesion one, other;
+    one.Linea("fork"); // a shell too, but not one to choose
+    const auto run = [](std::vector<std::string> arguments) {
+        Opciones options = {.argumentos = std::move(arguments)};
+        options.programa = LAUNCHER_SCRIPT;
+        return Ejecutar("", options);
+    };
+    const Resultado list = run({});
+    EXPECT_EQ(WEXITSTATUS(list.estado), 1);
+    Has(list.salida, "Hay varios shells en marcha: shell-docente --mirar PID\n");
+    for (const pid_t pid : {one.pid(), other.pid()}) Has(list.salida, " " + std::to_string(pid) + "  pipe:[");
+    EXPECT_EQ(list.salida.find(one.Linea("pid")), std::string::npos);
+    one.Linea("exit");
+    EXPECT_EQ(run({"x1"}).salida, "shell-docente: no es un PID: x1\n");
 }
 
 TEST(ViewerOnce, SaysWhatItMayNotRead) {
