@@ -15,8 +15,8 @@ enum class Lectura { Linea, Fin, Interrumpida, Error };
 /// Reads one line into `linea`, newline included when it fits: at most tam - 1 characters (tam from 2 to
 /// kMaxLinea), the rest of a longer line comes with the next calls. The text ends with a null; a line cut
 /// short by the end of the input counts as a line. Before it has to wait it writes out standard output. When
-/// a signal interrupts the read, what had arrived is kept for the next call. `Error` leaves the reason in
-/// `errno`.
+/// a signal interrupts the read, what had arrived stays in `linea`, which the next call has to bring again
+/// untouched. `Error` leaves the reason in `errno`.
 Lectura LeerLinea(char *linea, size_t tam);
 
 /// Whether descriptor 0 is a terminal.

@@ -19,6 +19,8 @@ namespace {
 
 alignas(kAparte) ListaElementos entorno_; // the strings placed, to be released at exit
 
+int EntornoAdd(char *cadena) { return AniadirElementoYaAsignado(&entorno_, cadena); }
+
 bool CabeNombre(const char *nombre) { return strnlen(nombre, kTamVariable) <= kTamVariable - 2; }
 
 /// nombre=valor in a new heap string of exactly that size; null: ENOMEM.
@@ -31,7 +33,7 @@ char *NuevaVariable(const char *nombre, const char *valor) {
     texto[n] = '=';
     memcpy(texto + n + 1, valor, m + 1);
     // Beyond the list's 4095 the change is made all the same; exit just does not release that string.
-    AniadirElementoYaAsignado(&entorno_, texto);
+    EntornoAdd(texto);
     return texto;
 }
 

@@ -3,6 +3,7 @@
 // historic and command: the lines that were run, shown, forgotten and run again.
 
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -27,7 +28,8 @@ void RepeatHistoric(int n) {
     // Buffers of this call: the entry that it repeats may repeat another one.
     char linea[kMaxLinea];
     char *palabras[kMaxPalabras];
-    strcpy(linea, entrada); // an entry was a line
+    // An entry was a line, but it lies where the user may since have written over its end.
+    snprintf(linea, sizeof linea, "%s", entrada);
     Imprimir("Ejecutando hist (%d): %s\n", n, linea);
     if (TrocearCadena(linea, palabras) == 0) {
         Imprimir("Nada que ejecutar en el elemento %d del historico\n", n);

@@ -44,10 +44,11 @@ bool SeguirTrasFallo(Lectura resultado) {
 
 bool HayPalabra(const char *linea) { return linea[strspn(linea, " \t\n")] != '\0'; }
 
-void GuardarEnHistorico(char *linea) {
+/// Returns 0, or the reason why the line is not in the historic.
+int GuardarEnHistorico(char *linea) {
     if (char *salto = strchr(linea, '\n')) *salto = '\0';
     errno = 0;
-    if (HistoricAdd(linea) == -1 && errno != 0) Imprimir("Comando no almacenado: %s\n", strerror(errno));
+    return HistoricAdd(linea) == -1 ? errno : 0;
 }
 
 void BuclePrincipal() {
@@ -64,8 +65,10 @@ void BuclePrincipal() {
         SincronizarTrasDanos();
         finesSeguidos_ = 0;
         if (!HayPalabra(linea_)) continue;
-        GuardarEnHistorico(linea_); // before it is cut into words
+        // Stored before it is cut into words, in place; told of after what the cutting has to say.
+        const int motivo = GuardarEnHistorico(linea_);
         TrocearCadena(linea_, palabras_);
+        if (motivo != 0) Imprimir("Comando no almacenado: %s\n", strerror(motivo));
         ProcesarEntrada(palabras_);
     }
 }

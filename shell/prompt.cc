@@ -23,8 +23,7 @@ namespace {
 constexpr size_t kTamPrompt = 1024;
 
 alignas(kAparte) char resuelto_[PATH_MAX];   // what realpath may fill
-alignas(kAparte) char directorio_[PATH_MAX]; // in which DirectoryLast finds its component
-                                             // the system can tell
+alignas(kAparte) char directorio_[PATH_MAX]; // in which DirectoryLast finds its component, however deep
 char especificacion_[kTamPrompt] = "%o@%m{%B}%b%%)%b";
 
 enum class Generacion { Bien, EscapeInvalido, NoCabe };
