@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "base/bounded_text.h"
+#include "base/synchronisation.h"
 
 namespace {
 
@@ -40,6 +41,7 @@ const char *Texto(UltimoTexto *ultimo, time_t cuando, void (*formar)(char *, siz
 } // namespace
 
 void LeerZonaHoraria() {
+    SincronizarTrasDanos(); // it is found in the environment, which the user may have written over
     tzset();
     zona_++;
 }

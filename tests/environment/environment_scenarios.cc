@@ -2,6 +2,8 @@
 
 #include "tests/driver/session.h"
 
+#include <csignal>
+
 namespace {
 
 using namespace escenario;
@@ -34,6 +36,16 @@ TEST(Environment, AutomaticBufferLeavesAnAddressOfTheStack) {
     ASSERT_NE(pos, std::string::npos) << todo;
     const unsigned long texto = Valor(Direccion(todo.substr(pos), 1));
     EXPECT_TRUE(texto < Valor(ranura) && Valor(ranura) - texto < 1 << 20) << todo.substr(pos, 100);
+}
+
+TEST(Environment, ADamagedEntryEndsTheShellWithAllThatWasPrinted) {
+    SALTAR_SI_SANEADO();
+    Sesion s({.entorno = {"TZ=UTC"}});
+    s.Linea("memfill " + Direccion(s.Linea("showvar TZ"), 1) + " 8 65");
+    s.Enviar("version\n");
+    std::string resto;
+    EXPECT_TRUE(MuertoPor(s.EsperarFin(&resto), SIGSEGV));
+    EXPECT_EQ(resto, "version del shell 4.L.12 ");
 }
 
 TEST(Environment, NamesAndTextsStayWithinTheirRoom) {
