@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 
+// The commands that show the user ids and change the effective one. The real one stays, and with it the way
+// back.
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,9 +13,6 @@
 #include "environment/commands.h"
 #include "environment/credentials.h"
 #include "files/owner_names.h"
-
-// The commands that show the user ids and change the effective one. The real one stays, and with it the way
-// back.
 
 namespace {
 

@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
 
+// The commands that show and change environment variables, in the array that the user says: the third
+// argument of main or environ, which part ways when putenv moves environ. The usage lines are fixed as they
+// stand, also where two of one command differ.
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,10 +15,6 @@
 #include "environment/commands.h"
 #include "environment/variables.h"
 #include "environment/wrong_changes.h"
-
-// The commands that show and change environment variables, in the array that the user says: the third
-// argument of main or environ, which part ways when putenv moves environ. The usage lines are fixed as they
-// stand, also where two of one command differ.
 
 namespace {
 

@@ -3,8 +3,8 @@
 #pragma once
 
 // The variables of an environment array: null-terminated, each entry NAME=value. The shell has up to two of
-// them, main3arg and environ. Strings placed here come from the heap; the first 4095 are
-// released at exit, the ones that they replace are not.
+// them, main3arg and environ. Strings placed here come from the heap; the first 4095 are released at exit,
+// the ones that they replace are not.
 
 extern char **main3arg;      ///< main's third argument: the environment array that the process started with
 extern char ***addrmain3arg; ///< where main holds it

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+// The commands that create empty files and directories. A name that exists, of whatever kind, is refused.
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -10,8 +12,6 @@
 #include "base/output.h"
 #include "files/commands.h"
 #include "files/directory.h"
-
-// The commands that create empty files and directories. A name that exists, of whatever kind, is refused.
 
 namespace {
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+// delete takes one name at a time away, deltree whole trees. One that stays does not keep the others.
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -8,8 +10,6 @@
 #include "files/commands.h"
 #include "files/deletion.h"
 #include "files/directory.h"
-
-// delete takes one name at a time away, deltree whole trees. One that stays does not keep the others.
 
 namespace {
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+// The commands that make, close and show descriptors.
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -11,8 +13,6 @@
 #include "base/synchronisation.h"
 #include "files/commands.h"
 #include "files/open_file_table.h"
-
-// The commands that make, close and show descriptors.
 
 namespace {
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+// The commands that give a file another name: one of the same standing, or one that only points to it.
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -7,8 +9,6 @@
 
 #include "base/output.h"
 #include "files/commands.h"
-
-// The commands that give a file another name: one of the same standing, or one that only points to it.
 
 namespace {
 

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 
+// stat and the listings. Option words come first; the first word that is none is a name, and so are all after
+// it.
+
 #include <fcntl.h>
 
 #include <cerrno>
@@ -10,9 +13,6 @@
 #include "files/directory.h"
 #include "files/file_details.h"
 #include "files/listing.h"
-
-// stat and the listings. Option words come first; the first word that is none is a name, and so are all after
-// it.
 
 namespace {
 

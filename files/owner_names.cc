@@ -5,9 +5,10 @@
 #include <grp.h>
 #include <pwd.h>
 
-#include "base/large_storage.h"
 #include <cerrno>
 #include <cstring>
+
+#include "base/large_storage.h"
 
 namespace {
 

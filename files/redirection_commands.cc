@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
 
+// The commands that point the standard streams of the shell itself at files and back. Each synchronises
+// first: what was printed belongs where the stream has led so far, and the next line comes from where it
+// leads then.
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -9,10 +13,6 @@
 #include "base/synchronisation.h"
 #include "files/commands.h"
 #include "files/redirection.h"
-
-// The commands that point the standard streams of the shell itself at files and back. Each synchronises
-// first: what was printed belongs where the stream has led so far, and the next line comes from where it
-// leads then.
 
 namespace {
 

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 
+// The commands that move an offset, or bytes between a descriptor and memory or the screen: one system call
+// each. A typed address goes to the kernel as it is: one that is no good is refused with EFAULT.
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,9 +14,6 @@
 #include "base/synchronisation.h"
 #include "base/words.h"
 #include "files/commands.h"
-
-// The commands that move an offset, or bytes between a descriptor and memory or the screen: one system call
-// each. A typed address goes to the kernel as it is: one that is no good is refused with EFAULT.
 
 namespace {
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "memfs/file_id.h"
 #include "memfs/layout.h"
@@ -27,6 +28,7 @@ struct AlcanceSF {
     uint64_t entradas; ///< of the directory, in use or not
     uint64_t datos;    ///< bytes of the data area; no more than the 32 bits of an offset reach
 };
+static_assert(std::is_trivially_destructible_v<AlcanceSF>); // in frames that a recovery jump may cut off
 AlcanceSF Alcance(const SF *sf);
 
 unsigned char *DirPrincipioDatos(SF *sf);                    ///< start of the data area

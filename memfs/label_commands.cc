@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+// assign and the list of labels: names that the commands of memory file systems take for addresses.
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -8,8 +10,6 @@
 #include "memfs/commands.h"
 #include "memfs/label_list.h"
 #include "memfs/sf_identifier.h"
-
-// assign and the list of labels: names that the commands of memory file systems take for addresses.
 
 namespace {
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+// memfs and the commands for its operations: an SF formatted, listed, copied to and from, deleted from.
+
 #include <cstring>
 
 #include "base/output.h"

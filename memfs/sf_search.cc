@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+// memfs-find: the recorded blocks that hold an SF, whoever put it there.
+
 #include <unistd.h>
 
 #include "base/descriptor.h"
@@ -7,8 +9,6 @@
 #include "memfs/commands.h"
 #include "memfs/file_system.h"
 #include "memory/block_list.h"
-
-// memfs-find: the recorded blocks that hold an SF, whoever put it there.
 
 namespace {
 

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 
+// The commands that obtain and release blocks of memory. allocate, deallocate, malloc, shared and mmap hand
+// their words on to the command for the kind of block.
+
 #include <sys/ipc.h>
 #include <sys/mman.h>
 #include <sys/shm.h>
@@ -13,9 +16,6 @@
 #include "memory/allocation.h"
 #include "memory/block_list.h"
 #include "memory/commands.h"
-
-// The commands that obtain and release blocks of memory. allocate, deallocate, malloc, shared and mmap hand
-// their words on to the command for the kind of block.
 
 namespace {
 

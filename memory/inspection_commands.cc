@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 
+// memdump, memfill, readfile, writefile, memcopy and the like: memory shown and written at typed addresses.
+
 #include <cstdlib>
 #include <cstring>
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 
+// recurse: the stack, frame by frame.
+
 #include <cstdlib>
 
 #include "base/large_storage.h"
 #include "base/output.h"
 #include "base/synchronisation.h"
 #include "memory/commands.h"
-
-// recurse: the stack, frame by frame.
 
 namespace {
 

@@ -15,8 +15,7 @@
 //   ! ordinary          as an ordinary user. "root": only where root runs the tests; "release": not under the
 //                       sanitizers; "arg -p", "env A=x": started with it
 //   @ name text\n       a file, the newlines of its text written so
-//   $ line              is sent; the lines below it, up to the next of these, are what it prints. The last
-//   one
+//   $ line              is sent; the lines below it, up to the next of these, are what it prints; the last
 //                       has no newline where it ends in "\"
 //   & line              is sent, and prints the same as the line above
 //   > line              is sent without waiting for a prompt: what it prints stands below the next "$"
