@@ -22,8 +22,9 @@ namespace {
 pid_t LanzarExtremo(char *linea[], const int extremos[2], int df) {
     const pid_t pid = Bifurcar();
     if (pid != 0) return pid;
-    // With a standard descriptor closed in the shell the pipe itself may stand in its place.
-    dup2(extremos[df], df);
+    // With a standard descriptor closed in the shell the pipe itself may stand in its place. Without the pipe
+    // the program does not run: it would read the shell's own input, or print among its output.
+    if (dup2(extremos[df], df) == -1) TerminarHijo();
     for (int i = 0; i < 2; i++)
         if (extremos[i] != df) close(extremos[i]);
     exec(linea, nullptr, nullptr);

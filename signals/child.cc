@@ -14,13 +14,13 @@ pid_t Bifurcar() {
     SincronizarES();
     if (!HayManejadores()) return fork();
     // From the fork to the last default action the child may not be interrupted: until then the handlers are
-    // there.
+    // there. A mask that could not be had is not put back.
     sigset_t todas, previa;
     sigfillset(&todas);
-    sigprocmask(SIG_SETMASK, &todas, &previa);
+    const bool bloqueadas = sigprocmask(SIG_SETMASK, &todas, &previa) == 0;
     const pid_t pid = fork();
     if (pid == 0) SoltarManejadores();
-    sigprocmask(SIG_SETMASK, &previa, nullptr);
+    if (bloqueadas) sigprocmask(SIG_SETMASK, &previa, nullptr);
     return pid;
 }
 
