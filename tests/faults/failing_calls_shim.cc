@@ -43,7 +43,7 @@ constexpr long kFalla = -1, kNulo = 0;
     F(uname, EFAULT, kFalla) F(unlink, EROFS, kFalla) F(unlinkat, EROFS, kFalla) F(waitid, EINTR, kFalla)             \
     F(waitpid, EINTR, kFalla) F(write, EIO, kFalla)
 // Functions with something of their own, below.
-#define OTRAS(F) F(close, , ) F(closedir, , ) F(pread, , ) F(read, , ) F(sleep, , )
+#define OTRAS(F) F(close, , ) F(closedir, , ) F(pread, , ) F(read, , ) F(__read_chk, , ) F(sleep, , )
 // clang-format on
 
 #define NOMBRE(nombre, motivo, valor) #nombre,
@@ -151,6 +151,7 @@ FALLAR_TRAS_HACER(closedir)
         } if (!Toca(k_##nombre, __builtin_return_address(0))) return hacer();                                \
         errno = EIO; return kFalla;)
 FALLAR_SALVO_ENTRADA(read)
+FALLAR_SALVO_ENTRADA(__read_chk)
 FALLAR_SALVO_ENTRADA(pread)
 
 // Nobody waits for a pause, and the endless loop is interrupted.
