@@ -7,14 +7,16 @@
 
 namespace {
 
-sigset_t deUnaVez_;      // those of the held signals whose handler the system takes away
-sigset_t retenidas_;     // changed by commands alone, and in one word of it at a time
-sigset_t mascaraPrevia_; // of use while reteniendo_ is 1
+sigset_t deUnaVez_;  // those of the held signals whose handler the system takes away
+sigset_t retenidas_; // changed by commands alone, and in one word of it at a time
+sigset_t porSoltar_; // what a jump has left held; it only grows until that has been let go
 
-// Read and stored by handlers too.
+// Read by handlers too.
 volatile sig_atomic_t hayRetenidas_; // until one is named, a write costs no other system call
 volatile sig_atomic_t hayDeUnaVez_;
-volatile sig_atomic_t reteniendo_;
+
+std::atomic<const Retencion *> vigente_; // the last write that began; null: none is under way
+static_assert(std::atomic<const Retencion *>::is_always_lock_free, "handlers change it");
 
 /// Those of retenidas_ that have a handler at this moment.
 sigset_t RetenidasConManejador() {
@@ -29,28 +31,22 @@ sigset_t RetenidasConManejador() {
 
 } // namespace
 
-Retencion RetenerSenales() {
-    Retencion retencion;
-    retencion.cambiada = false;
-    if (!hayRetenidas_ || reteniendo_) return retencion;
+void RetenerSenales(Retencion *retencion) {
+    // The mask is asked for before it is changed: between the two nothing is held yet, and then the list says
+    // already what to put back. A mask that could not be had is not touched.
+    retencion->hecha = hayRetenidas_ && sigprocmask(SIG_BLOCK, nullptr, &retencion->previa) == 0;
+    if (!retencion->hecha) return;
     const sigset_t retener = RetenidasConManejador();
-    // Asked for into a variable of this call: a handler that runs before the flag is set writes too. From the
-    // flag on none does, and a recovery jump finds what to put back. A mask that could not be had is not
-    // touched.
-    if (sigprocmask(SIG_BLOCK, nullptr, &retencion.previa) == -1) return retencion;
-    reteniendo_ = 1;
-    std::atomic_signal_fence(std::memory_order_seq_cst);
-    mascaraPrevia_ = retencion.previa;
-    retencion.cambiada = sigprocmask(SIG_BLOCK, &retener, nullptr) == 0;
-    if (!retencion.cambiada) reteniendo_ = 0;
-    return retencion;
+    retencion->anterior = vigente_.load(std::memory_order_relaxed);
+    vigente_.store(retencion, std::memory_order_release);
+    sigprocmask(SIG_BLOCK, &retener, nullptr);
 }
 
 void DevolverSenales(const Retencion &retencion) {
-    if (!retencion.cambiada) return;
+    if (!retencion.hecha) return;
     const int motivo = errno;
-    sigprocmask(SIG_SETMASK, &retencion.previa, nullptr);
-    reteniendo_ = 0;
+    sigprocmask(SIG_SETMASK, &retencion.previa, nullptr); // the handlers that waited run here, and may write
+    vigente_.store(retencion.anterior, std::memory_order_release);
     errno = motivo;
 }
 
@@ -73,13 +69,16 @@ void RetenerAlVolcar(int sig, bool imprime, bool unaVez) {
     hayRetenidas_ = 1;
 }
 
-void SoltarRetenidas() {
-    if (!reteniendo_) return;
-    reteniendo_ = 0;
-    sigset_t soltar;
-    sigemptyset(&soltar);
+void ApuntarRetenidas() {
+    const Retencion *cortada = vigente_.load(std::memory_order_acquire);
+    if (!cortada) return;
     for (int sig = 1; sig < NSIG; sig++)
-        if (sigismember(&retenidas_, sig) == 1 && sigismember(&mascaraPrevia_, sig) == 0)
-            sigaddset(&soltar, sig);
-    sigprocmask(SIG_UNBLOCK, &soltar, nullptr);
+        if (sigismember(&retenidas_, sig) == 1 && sigismember(&cortada->previa, sig) == 0)
+            sigaddset(&porSoltar_, sig);
+    vigente_.store(nullptr, std::memory_order_release); // its frame goes
+}
+
+void SoltarRetenidas() {
+    sigprocmask(SIG_UNBLOCK, &porSoltar_, nullptr);
+    sigemptyset(&porSoltar_);
 }

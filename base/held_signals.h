@@ -7,19 +7,20 @@
 // The signals that are held off while the shell writes to descriptor 1: those whose handlers print there.
 // Without that a notice could cut a line in two.
 //
-// The invariant: from RetenerSenales to the DevolverSenales that answers it one write is under way, no
-// handler that prints can start, and the mask from before is kept twice: with the writer, who puts it back,
-// and here, for a recovery jump that cuts the writer off (SoltarRetenidas). Whoever writes meanwhile, a
-// fault's handler, finds the write under way and leaves the mask alone.
+// The invariant: from RetenerSenales to the DevolverSenales that answers it one write is under way, and no
+// handler that prints can start. Its mask from before hangs on one variable from before anything is held
+// until all of it has been let go: a recovery jump that cuts the write off finds at every instant what it
+// leaves held. Handlers write too, in those two calls among other places: writes under way form a list.
 
-/// What a write has changed, to be handed to DevolverSenales.
+/// A write under way. It lies in the writer's frame, from RetenerSenales to DevolverSenales.
 struct Retencion {
-    bool cambiada; ///< whether the mask was
-    sigset_t previa;
+    sigset_t previa; ///< the mask from before
+    const Retencion *anterior;
+    bool hecha; ///< whether there is something to put back
 };
 
 /// Before a write: holds the signals off. Async-signal-safe.
-Retencion RetenerSenales();
+void RetenerSenales(Retencion *retencion);
 
 /// After it: lets them go. Async-signal-safe; keeps `errno`.
 void DevolverSenales(const Retencion &retencion);
@@ -30,6 +31,9 @@ void DevolverSenales(const Retencion &retencion);
 /// are never held off.
 void RetenerAlVolcar(int sig, bool imprime, bool unaVez = false);
 
-/// To be called where a recovery jump lands: lets the signals go that a write cut off by the jump was
-/// holding.
+/// To be called just before a recovery jump: notes what the write that it cuts off, if any, is holding.
+/// Async-signal-safe.
+void ApuntarRetenidas();
+
+/// To be called where the jump lands: lets them go.
 void SoltarRetenidas();

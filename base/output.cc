@@ -31,6 +31,7 @@ std::atomic<Tramo> tramo_;
 static_assert(std::atomic<Tramo>::is_always_lock_free, "a handler must find both bounds or neither");
 
 bool rechazada_;                  // descriptor 1 refused the last write
+sigset_t saltan_;                 // the signals that may bring a recovery jump, of use once porPiezas_ is 1
 volatile sig_atomic_t porPiezas_; // read by the handler of a fault too
 
 void Publicar(Tramo t) { tramo_.store(t, std::memory_order_release); }
@@ -43,19 +44,29 @@ size_t EsperarPieza(size_t n) {
     return n < PIPE_BUF ? n : PIPE_BUF;
 }
 
+/// Writes a piece of t, up to `hasta`, and publishes how far it came: a recovery jump comes before both or
+/// after both. The waiting is done before, where the jump may come: a terminal is the one that can still make
+/// a piece wait. Returns what EscribirAlgo returned; after a refusal the text up to `hasta` is dropped.
+ssize_t EscribirPieza(Tramo *t, uint32_t hasta) {
+    const size_t n = porPiezas_ ? EsperarPieza(hasta - t->inicio) : hasta - t->inicio;
+    sigset_t previa;
+    const bool sinSaltos = porPiezas_ && sigprocmask(SIG_BLOCK, &saltan_, &previa) == 0;
+    const ssize_t escritos = EscribirAlgo(STDOUT_FILENO, texto_ + t->inicio, n);
+    t->inicio = escritos == -1 ? hasta : t->inicio + static_cast<uint32_t>(escritos);
+    Publicar(t->inicio == t->fin ? Tramo{0, 0} : *t);
+    if (sinSaltos) sigprocmask(SIG_SETMASK, &previa, nullptr);
+    return escritos;
+}
+
 /// Writes texto_ from inicio up to `hasta`, and lets go of it whatever happens. Returns 0, or -1 with the
 /// `errno` of the refusal. Async-signal-safe.
 int Escribir(uint32_t hasta) {
-    const Retencion retencion = RetenerSenales();
+    Retencion retencion;
+    RetenerSenales(&retencion);
     int resultado = 0;
     Tramo t = tramo_.load(std::memory_order_relaxed);
-    while (t.inicio < hasta && resultado == 0) {
-        const size_t n = porPiezas_ ? EsperarPieza(hasta - t.inicio) : hasta - t.inicio;
-        const ssize_t escritos = EscribirAlgo(STDOUT_FILENO, texto_ + t.inicio, n);
-        if (escritos == -1) resultado = -1;
-        t.inicio = escritos == -1 ? hasta : t.inicio + static_cast<uint32_t>(escritos);
-        Publicar(t.inicio == t.fin ? Tramo{0, 0} : t);
-    }
+    while (t.inicio < hasta && resultado == 0)
+        if (EscribirPieza(&t, hasta) == -1) resultado = -1;
     DevolverSenales(retencion);
     return resultado;
 }
@@ -149,4 +160,7 @@ void InformarError(const char *texto) {
     errno = motivo;
 }
 
-void EscribirPorPiezas() { porPiezas_ = 1; }
+void EscribirPorPiezas(int salta) {
+    sigaddset(&saltan_, salta);
+    porPiezas_ = 1;
+}

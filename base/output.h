@@ -44,6 +44,7 @@ void VolcarDesdeManejador();
 /// write, with the system's text for `errno`. Keeps `errno`.
 void InformarError(const char *texto);
 
-/// From now on a recovery jump may cut off a write that waits: standard output goes out in pieces that the
-/// system takes whole, each waited for beforehand, so that what has been written is known at every wait.
-void EscribirPorPiezas();
+/// From now on signal `salta` may bring a recovery jump, which cuts off a write that waits: standard output
+/// goes out in pieces that the system takes whole, each waited for beforehand, and the jump does not come
+/// between a write and the note of what it wrote.
+void EscribirPorPiezas(int salta);

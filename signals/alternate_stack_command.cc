@@ -19,7 +19,7 @@ namespace {
 /// whether its own frame fits, and what a handler needs beyond it must not reach the blocks around.
 struct BloquePila {
     BloquePila *anterior;
-    char margen[1024];
+    char margen[2048];
     char pila[];
 };
 BloquePila *ultima_;

@@ -12,7 +12,8 @@
 static_assert(std::is_trivially_destructible_v<TextoManejador>, "lives in a frame that the recovery leaves");
 
 int EscribirAviso(const TextoManejador &aviso) {
-    const Retencion retencion = RetenerSenales();
+    Retencion retencion;
+    RetenerSenales(&retencion);
     const int resultado = EscribirTodo(STDOUT_FILENO, aviso.texto(), aviso.n());
     DevolverSenales(retencion);
     return resultado;

@@ -2,6 +2,7 @@
 
 #include "signals/recovery.h"
 
+#include "base/held_signals.h"
 #include "base/output.h"
 #include "signals/handler_text.h"
 #include "signals/signal_names.h"
@@ -26,5 +27,6 @@ void VolverAMain(int senal) {
     aviso.PonerDireccion(&senal);
     aviso.Poner("\n");
     EscribirAviso(aviso);
+    ApuntarRetenidas();
     longjmp(EstadoGuardado, kValorDeVuelta);
 }

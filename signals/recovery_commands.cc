@@ -19,7 +19,7 @@ void Proteger(int senal) {
     EscribirTexto("El manejador se instala con SA_RESTART, solo se ejecuta una vez\n");
     if (InstalarManejadorSenal(senal, VolverAMain, SA_ONSTACK | SA_RESTART, nullptr) == -1)
         Imprimir("Error al instalar manejador: %s\n", strerror(errno));
-    EscribirPorPiezas();
+    EscribirPorPiezas(senal);
 }
 
 } // namespace

@@ -231,7 +231,7 @@ std::string Sesion::Region(unsigned long dir) const {
     return "";
 }
 
-void Sesion::EsperarEscrituraParada(int bytes) {
+void Programa::EsperarEscrituraParada(int bytes) {
     const Plazo plazo;
     const std::string estado = "/proc/" + std::to_string(pid_) + "/stat";
     for (int dentro = 0; dentro < bytes || !Contiene(LeerFichero(estado), ") S ");) {

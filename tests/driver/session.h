@@ -81,6 +81,9 @@ class Programa {
     std::string Esperar(const std::string &texto);
     /// Ends its input and waits for its end; returns the wait status. `resto`: what was still printed.
     int EsperarFin(std::string *resto = nullptr);
+    /// Waits until the program sleeps with so many bytes waiting to be read that it can only be held up in a
+    /// write.
+    void EsperarEscrituraParada(int bytes);
     pid_t pid() const { return pid_; }
 
   protected:
@@ -112,9 +115,6 @@ class Sesion : public Programa {
     void Seguir(const std::vector<Paso> &pasos);
     /// Sends a line; returns the first address that it prints.
     std::string Dir(const std::string &linea);
-    /// Waits until the program sleeps with so many bytes in its output pipe that it can only be held up in a
-    /// write.
-    void EsperarEscrituraParada(int bytes);
     /// What the system says of the region of the program that holds an address: permissions and name ("" when
     /// there is none, a blank at the end when it has no name).
     std::string Region(unsigned long dir) const;

@@ -61,6 +61,26 @@ TEST(Recovery, AJumpOutOfAWriteThatWaitsPrintsEachByteOnce) {
     EXPECT_TRUE(antes.size() > 4096 && texto.starts_with(antes)) << salida;
 }
 
+TEST(Recovery, AJumpOutOfAWriteToATerminalPrintsEachByteOnce) {
+    SALTAR_SIN_PROC();
+    SALTAR_SIN_TERMINALES();
+    std::string linea = "siginfo", texto;
+    for (int i = 1000; i < 1800; i++) {
+        linea += " " + std::to_string(i);
+        texto += "  senal desconocida:" + std::to_string(i) + "\r\n";
+    }
+    Terminal t;
+    t.Enviar("fg /bin/stty -echo onlcr\n"); // carriage returns: of a piece only a part may find room
+    t.Esperar("listo%>");
+    t.Enviar("protectsegv\n");
+    t.Esperar("listo%>");
+    t.Enviar(linea + "\n");
+    t.EsperarEscrituraParada(4000);
+    kill(t.pid(), SIGSEGV);
+    EXPECT_EQ(t.Esperar("Manejada"), texto + "listo%>Manejada");
+    t.Esperar("listo%>");
+}
+
 TEST(Loop, GoesRoundUntilTheFirstInterruptAndTheSecondEndsTheShell) {
     Sesion s({.preload = WITH_SYSTEMD_SHIM}); // a sign for each pause
     s.Linea("sigmask INT");
