@@ -116,7 +116,9 @@ ssize_t CopiarFicheroSF(const Idfich &origen, const Idfich &destino) {
 int BorrarFichero(const Idfich &id) { return id.sf == kSFDisco ? unlink(id.nombre) : BorrarFicheroSF(id); }
 
 int MoverFicheroSF(const Idfich &origen, const Idfich &destino) {
-    if (origen.sf == kSFDisco && ComprobarOrigenDisco(origen.nombre) == -1) return -1;
+    // An SF that is not valid goes first, as when copying.
+    if (origen.sf == kSFDisco && destino.sf != kSFNoValido && ComprobarOrigenDisco(origen.nombre) == -1)
+        return -1;
     const ssize_t copiados = CopiarFicheroSF(origen, destino);
     if (copiados == -1) return -1;
     int motivo = EBUSY; // what the source has grown by since would be lost with it
