@@ -7,6 +7,8 @@
 #include <ctime>
 #include <type_traits>
 
+#include "memory/block_list.h"
+
 // The bytes of an SF, the small file system that fills a block of memory. Integers are in the machine's own
 // byte order; there are offsets and no pointers, so an SF is whole at whatever address its block is attached.
 //
@@ -23,11 +25,10 @@
 //
 // The files lie packed, in the order of their entries. Entries from the number of files on are not in use.
 
-constexpr uint32_t kMagicoSF = 0x110691;
 constexpr uint32_t kMaxNombreSF = 255; ///< characters of a file's name
 
 struct SF {
-    uint32_t magico;
+    uint32_t magico;      ///< kMagicoSF
     uint32_t capacidad;   ///< entries of the directory
     uint32_t numFicheros; ///< entries in use
     uint32_t tamTotal;    ///< bytes of the whole SF, header included

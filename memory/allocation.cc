@@ -9,7 +9,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -49,10 +48,12 @@ void CerrarMapeo(int df) {
     RemoveOpenFile(df);
 }
 
-/// free() of a block of `tam` bytes, whose first word goes before: the next block may be at the same address,
-/// and what was laid out in this one (an SF) is not to be found there again.
+/// free() of a block of `tam` bytes. The next block may be at the same address, and an SF that was laid out
+/// in this one is not to be found there again. Any other block keeps its bytes: what free() leaves of them is
+/// for the user to see.
 void LiberarHeap(void *dir, size_t tam) {
-    memset(dir, 0, std::min(tam, sizeof(uint32_t)));
+    auto *magico = static_cast<uint32_t *>(Opaca(dir));
+    if (tam >= sizeof *magico && *magico == kMagicoSF) *magico = 0;
     free(Opaca(dir));
 }
 

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <ctime>
 
 // The record of the memory blocks that the user has obtained: heap blocks, attached shared segments and
@@ -14,6 +15,9 @@ constexpr int TIPO_MALLOC = 1;
 constexpr int TIPO_SHARED = 2;
 constexpr int TIPO_MMAP = 4;
 constexpr int kTodosLosTipos = TIPO_MALLOC | TIPO_SHARED | TIPO_MMAP;
+
+/// The first word of a block that holds an SF (memfs/layout.h). Known here because it goes with a heap block.
+constexpr uint32_t kMagicoSF = 0x110691;
 
 /// The size that stands for "no such block".
 constexpr unsigned long long kSinTamano = ~0ULL;
