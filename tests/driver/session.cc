@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <utility>
 
@@ -272,7 +273,10 @@ bool HayTerminales() {
 
 void EstrecharSalida() { fcntl(1, F_SETPIPE_SZ, 4096); }
 
-unsigned Ordinario() { return getuid() == 0 ? 20000 + static_cast<unsigned>(getpid()) % 40000 : 0; }
+unsigned Ordinario() {
+    static const unsigned uid = 20000 + std::random_device()() % 40000;
+    return getuid() == 0 ? uid : 0;
+}
 
 DirectorioTemporal::DirectorioTemporal() {
     char nombre[] = "/tmp/escenarioXXXXXX";
