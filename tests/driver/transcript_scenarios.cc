@@ -9,22 +9,7 @@
 
 #include "tests/driver/session.h"
 
-// Runs the scenarios of the files */*.session. How one is written:
-//
-//   == Name             begins a scenario: a session in an empty directory
-//   ! ordinary          as an ordinary user. "root": only where root runs the tests; "release": not under the
-//                       sanitizers; "arg -p", "env A=x": started with it
-//   @ name text\n       a file, the newlines of its text written so
-//   $ line              is sent; the lines below it, up to the next of these, are what it prints; the last
-//                       has no newline where it ends in "\"
-//   & line              is sent, and prints the same as the line above
-//   > line              is sent without waiting for a prompt: what it prints stands below the next "$"
-//   # words             a comment, as empty lines are
-//
-// In what is typed and printed, <NAME> is a number or an address, the same one wherever the name stands, and
-// <NAME+16> an address so many bytes behind it. <*> is anything within a line, <**> anything, <> nothing: it
-// shows an empty line, or blanks at the end of one. Known from the start: <PID>, <PADRE>, <DIR>, <UID>,
-// <PROMPT> and <CLAVE>, a key of System V.
+// Runs the scenarios of the files */*.session. CONTRIBUTING.md says how one is written.
 
 namespace {
 

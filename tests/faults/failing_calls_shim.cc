@@ -21,35 +21,23 @@ extern "C" long syscall(long, ...) noexcept;
 
 namespace {
 
-// Functions that do nothing but fail: reason and result.
 constexpr long kFalla = -1, kNulo = 0;
-// clang-format off
-#define FUNCIONES(F)                                                                                                  \
-    F(asctime_r, EOVERFLOW, kNulo) F(chdir, EACCES, kFalla) F(chroot, EPERM, kFalla) F(ctime, EOVERFLOW, kNulo)       \
-    F(dirfd, EINVAL, kFalla) F(dup, EMFILE, kFalla) F(dup2, EBUSY, kFalla) F(execv, ENOMEM, kFalla)                   \
-    F(execve, ENOMEM, kFalla) F(execvp, ENOMEM, kFalla) F(fcntl, EBADF, kFalla) F(fdopendir, ENOMEM, kNulo)           \
-    F(fork, EAGAIN, kFalla) F(fstat, EIO, kFalla) F(fstatat, EIO, kFalla) F(getcwd, ENOENT, kNulo)                    \
-    F(getgrgid, EMFILE, kNulo) F(getpriority, EACCES, kFalla) F(getpwnam, EMFILE, kNulo) F(getpwuid, EMFILE, kNulo)   \
-    F(getrlimit, EFAULT, kFalla) F(ioctl, EIO, kFalla) F(isatty, EBADF, kNulo) F(kill, EPERM, kFalla)                 \
-    F(link, EMLINK, kFalla) F(localtime_r, EOVERFLOW, kNulo) F(lseek, ESPIPE, kFalla) F(lstat, EIO, kFalla)           \
-    F(malloc, ENOMEM, kNulo) F(mkdir, ENOSPC, kFalla) F(mmap, ENOMEM, kFalla) F(munmap, ENOMEM, kFalla)               \
-    F(open, EMFILE, kFalla) F(__open_2, EMFILE, kFalla) F(openat, EMFILE, kFalla) F(opendir, EMFILE, kNulo)           \
-    F(pipe, EMFILE, kFalla) F(poll, EINTR, kFalla) F(__poll_chk, EINTR, kFalla) F(putenv, ENOMEM, kFalla)             \
-    F(readdir, EIO, kNulo) F(readlink, EIO, kFalla) F(readlinkat, EIO, kFalla) F(realpath, ENOMEM, kNulo)             \
-    F(__realpath_chk, ENOMEM, kNulo) F(remove, EROFS, kFalla) F(select, EBADF, kFalla) F(seteuid, EPERM, kFalla)      \
-    F(setpriority, EACCES, kFalla) F(setsid, EPERM, kFalla) F(shmat, ENOMEM, kFalla) F(shmctl, EPERM, kFalla)         \
-    F(shmdt, EINVAL, kFalla) F(shmget, ENOSPC, kFalla) F(sigaction, EINVAL, kFalla) F(sigaltstack, ENOMEM, kFalla)    \
-    F(sigprocmask, EINVAL, kFalla) F(stat, EIO, kFalla) F(strdup, ENOMEM, kNulo) F(symlink, ENOSPC, kFalla)           \
-    F(uname, EFAULT, kFalla) F(unlink, EROFS, kFalla) F(unlinkat, EROFS, kFalla) F(waitid, EINTR, kFalla)             \
-    F(waitpid, EINTR, kFalla) F(write, EIO, kFalla)
-// Functions with something of their own, below.
-#define OTRAS(F) F(close, , ) F(closedir, , ) F(pread, , ) F(read, , ) F(__read_chk, , ) F(sleep, , )
-// clang-format on
 
-#define NOMBRE(nombre, motivo, valor) #nombre,
-constexpr const char *nombres_[] = {FUNCIONES(NOMBRE) OTRAS(NOMBRE)};
-#define INDICE(nombre, motivo, valor) k_##nombre,
-enum Funcion { FUNCIONES(INDICE) OTRAS(INDICE) kFunciones };
+#define FUNCION(nombre, motivo, valor) #nombre,
+#define OTRA(nombre) #nombre,
+constexpr const char *nombres_[] = {
+#include "tests/faults/failing_calls.def"
+};
+#undef FUNCION
+#undef OTRA
+#define FUNCION(nombre, motivo, valor) k_##nombre,
+#define OTRA(nombre) k_##nombre,
+enum Funcion {
+#include "tests/faults/failing_calls.def"
+    kFunciones
+};
+#undef FUNCION
+#undef OTRA
 
 /// What the shell and its children count together.
 struct Cuenta {
@@ -128,10 +116,11 @@ bool Toca(int funcion, const void *vuelta) {
         const auto hacer = [&] { return real(a, b, c, d, e, f); };                                           \
         __VA_ARGS__                                                                                          \
     }
-#define FALLAR(nombre, motivo, valor)                                                                        \
+#define FUNCION(nombre, motivo, valor)                                                                       \
     DEFINIR(nombre, if (!Toca(k_##nombre, __builtin_return_address(0))) return hacer(); errno = motivo;      \
             return valor;)
-FUNCIONES(FALLAR)
+#define OTRA(nombre)
+#include "tests/faults/failing_calls.def"
 
 // A descriptor is gone even when its closing fails.
 #define FALLAR_TRAS_HACER(nombre)                                                                            \

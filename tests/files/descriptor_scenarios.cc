@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include "tests/driver/session.h"
@@ -53,8 +54,10 @@ TEST(Descriptors, ThoseThatDoNotBlockAreWaitedFor) {
         for (int df : {0, 1}) fcntl(df, F_SETFL, fcntl(df, F_GETFL) | O_NONBLOCK);
         EstrecharSalida();
     }});
+    s.Linea("sighandler -Frestart USR1");
     s.Enviar("listopen 200\n");
     s.EsperarEscrituraParada(4096);
+    kill(s.pid(), SIGUSR1); // a wait that is interrupted is begun again
     EXPECT_EQ(Veces(s.EsperarPrompt(), "\ndescriptor: "), 199);
     EXPECT_EQ(s.Linea("authors -n"), "Nombre del autor1\nNombre del autor2\n");
 }

@@ -33,31 +33,6 @@ TEST(Info, DatesAreOfNowAndOfTheProgram) {
                                Fecha(programa.st_mtime, "Fecha ejecutable: %d/%m/%Y, %H:%M:%S\n")}});
 }
 
-TEST(Info, LimitsAreDividedEvenWhenUnlimited) {
-    SALTAR_SI(kSaneado, "the sanitizers need more memory");
-    Sesion s({.antesDeExec = [] {
-        static constexpr struct {
-            int recurso;
-            rlim_t blando, duro;
-        } filas[] = {{RLIMIT_AS, 20'000ull << 20, 30'000ull << 20},
-                     {RLIMIT_DATA, 10'000ull << 20, 20'000ull << 20},
-                     {RLIMIT_STACK, 8192 * 1024 + 1, RLIM_INFINITY},
-                     {RLIMIT_RSS, 3 << 20, 5 << 20},
-                     {RLIMIT_FSIZE, 6 << 20, 7 << 20},
-                     {RLIMIT_NOFILE, 200, 300}};
-        for (const auto &[recurso, blando, duro] : filas) {
-            const struct rlimit limite = {blando, duro};
-            setrlimit(static_cast<__rlimit_resource>(recurso), &limite);
-        }
-    }});
-    s.Seguir({{"limits", "espacio direcciones: 5120000 4K pages(soft) 7680000 4K pages\n"
-                         "espacio datos: 10000 Megabytes(soft) 20000 Megabytes\n"
-                         "tamano de la pila: 8192 Kilobytes(soft) 18014398509481983 Kilobytes\n"
-                         "conjunto residente: 3 Megabytes(soft) 5 Megabytes\n"
-                         "tamano fichero: 6 Megabytes(soft) 7 Megabytes\n"
-                         "ficheros abiertos: 200 ficheros(soft) 300 ficheros\n"}});
-}
-
 TEST(Info, StartUpLinesAndTheWarning) {
     const std::string aviso = LeerFichero(EXPECTED_DIR "/shell/expected/systemd_warning.txt"),
                       prompt = Ejecutar("", {.argumentos = {"-p"}}).salida, inicio = "Iniciando shell..\n";
