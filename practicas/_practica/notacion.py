@@ -253,6 +253,8 @@ class _Lector:
         otro = re.match(r"shell +([A-Za-z0-9_]+)>(.*)$", texto)
         if otro:
             return self._orden(n, solo, otro.group(1), otro.group(2))
+        if texto.startswith("shell "):
+            raise self.error(n, "tras «shell» va el nombre de uno y «>» (si es salida, se escribe «\\shell »)")
         if texto[:1] not in ("$", ">", "!", "="):
             return None
         signo, resto = texto[0], texto[1:]

@@ -48,6 +48,7 @@ class Lectura(unittest.TestCase):
             (["salida"], 2, "sin línea"),
             (["> x", ">y"], 3, "blanco"),
             (["> x", "=="], 3, "\\="),
+            (["> x", "shell b > y"], 3, "\\shell"),
             (["> x", "{p:num"], 3, "llave suelta"),
             (["> x", "a {...}"], 3, "va solo"),
             (["> x", "{p:hex}"], 3, "clase"),
