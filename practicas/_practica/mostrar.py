@@ -22,6 +22,9 @@ def mostrar(camino, programa, con_pausas):
                     for linea in (f"fichero {paso.nombre}:", *paso.contenido.splitlines()):
                         print(REMARCA + linea)
                 ejecucion.paso(n)
+                if isinstance(paso, notacion.Final):
+                    como = f"con estado {paso.estado}" if isinstance(paso.estado, int) else f"por la señal {paso.estado}"
+                    print(f"{REMARCA}el shell ha terminado {como}")
         except (Falla, Problema) as motivo:
             print(texto.fuerte(f"La sesión se aparta de la hoja: {motivo}"))
             return 1
