@@ -149,13 +149,14 @@ class _Calificacion:
                     mejor[i][j] = max(mejor[i][j], pesos[i, j] + mejor[i + 1][j + 1])
         parejas, i, j = {}, 0, 0
         while i < len(numeros) and j < m:
-            if (i, j) in pesos and mejor[i][j] == pesos[i, j] + mejor[i + 1][j + 1]:
+            # The last run of several as good: whoever lost the shell began again, with another pid.
+            if mejor[i][j] == mejor[i][j + 1]:
+                j += 1
+            elif (i, j) in pesos and mejor[i][j] == pesos[i, j] + mejor[i + 1][j + 1]:
                 parejas[numeros[i]] = self._ordenes[j]
                 i, j = i + 1, j + 1
-            elif mejor[i][j] == mejor[i + 1][j]:
-                i += 1
             else:
-                j += 1
+                i += 1
         return parejas
 
     def _juzgar(self, n, paso, orden):

@@ -127,13 +127,20 @@ class Guia:
             self._escuchando = False
 
     def _decir(self, dicho):
-        lineas = textwrap.wrap(dicho, texto.ancho() - len(REMARCA)) or [""]
+        enteras = {"break_on_hyphens": False, "break_long_words": False}  # paths and commands can be copied
+        lineas = textwrap.wrap(dicho, texto.ancho() - len(REMARCA), **enteras) or [""]
         print("\n".join(texto.tenue(REMARCA) + linea for linea in lineas), flush=True)
 
     def _anotar(self, escrito):
         """What goes into the transcript that the student can hand in."""
         self._diario.write(escrito)
         self._diario.flush()
+
+    def _anotar_tecleado(self, paso, linea):
+        self._anotar(f"{self._indicador(paso)}{linea}\n")
+
+    def _anotar_salida(self, lineas):
+        self._anotar("".join(f"{una}\n" for una in lineas))
 
     def recorrer(self, desde_el_principio):
         """Walks through the sheet. Returns whether its end was reached."""
@@ -191,7 +198,7 @@ class Guia:
     def _preguntas(self):
         respuestas = texto.seccion(self._hoja, "Respuestas")
         for pregunta, respuesta in zip(texto.seccion(self._hoja, "Preguntas"), respuestas):
-            print("\n" + texto.fuerte("Pregunta. ") + texto.parrafo(pregunta))
+            print("\n" + texto.parrafo(f"Pregunta. {pregunta}").replace("Pregunta.", texto.fuerte("Pregunta."), 1))
             try:
                 self._pedir("Respuesta (Intro para verla): ")
             except (EOFError, Tecla):
@@ -200,12 +207,13 @@ class Guia:
         print()
 
     def _preparar(self, sitio):
-        """A clean shell with the first steps done by the tool. Returns how many were."""
+        """A clean shell with the first steps done by the tool. Returns how many were. They go into the transcript once
+        more, for what follows speaks of the pids and addresses of this shell."""
         self.cerrar()
         if avisa_de_systemd():
             self._decir("El shell arranca con su aviso sobre systemd: unos 18 segundos.")
         self._conductor = conductor_para(self._hoja, self._programa)
-        self._ejecucion = Ejecucion(self._hoja, self._conductor)
+        self._ejecucion = Ejecucion(self._hoja, self._conductor, self._anotar_tecleado, self._anotar_salida)
         try:
             for n in range(sitio):
                 self._ejecucion.paso(n)
@@ -266,7 +274,9 @@ class Guia:
                 return False
             linea = "^D"
         pedida = " ".join(linea.split())
-        if pedida == "?":
+        if isinstance(paso, notacion.Sistema) and linea in notacion.TECLAS:
+            self._decir(f"{linea.replace('^', 'Ctrl-')} no interrumpe nada: sh aún espera su línea (con ? se ve).")
+        elif pedida == "?":
             self._decir(f"Pulsar {toca.replace('^', 'Ctrl-')}" if toca in notacion.TECLAS else f"Toca: {toca}")
         elif pedida == ":texto":
             self._explicar(parrafos)
@@ -276,9 +286,9 @@ class Guia:
             self._rehacer(n)
         elif pedida == "??":
             print(indicador + toca)
-            return self._hacer_el_paso(n, indicador, toca)
+            return self._hacer_el_paso(n)
         elif pedida == " ".join(toca.split()) and (pedida or not toca):
-            return self._hacer_el_paso(n, indicador, linea)
+            return self._hacer_el_paso(n)
         elif pedida.startswith("$ ") or isinstance(paso, notacion.Sistema) and pedida:
             self._a_sh(pedida.removeprefix("$ "))
         elif pedida:
@@ -295,13 +305,11 @@ class Guia:
         self._decir("Ctrl-D es el fin de la entrada, y al shell lo terminaría; aquí no se le ha enviado.")
         self._decir("Otra vez, y se deja la práctica.")
 
-    def _hacer_el_paso(self, n, indicador, linea):
-        self._anotar(f"{indicador}{linea}\n")
-
+    def _hacer_el_paso(self, n):
         def al_salir(lineas):
             for una in lineas:
                 print(una)
-                self._anotar(una + "\n")
+            self._anotar_salida(lineas)
 
         self._ejecucion.al_salir(al_salir)
         try:
@@ -315,7 +323,7 @@ class Guia:
                 self._rehacer(n)
             return False
         finally:
-            self._ejecucion.al_salir(lambda lineas: None)
+            self._ejecucion.al_salir(self._anotar_salida)
 
     def _probar(self, n, paso, indicador, linea):
         """A line that is not the one that the sheet asks for; with an alias of its command it is as good."""
@@ -330,7 +338,7 @@ class Guia:
         dicho = "".join(entero)
         if dicho and not dicho.endswith("\n"):
             print()
-        self._anotar("".join(una + "\n" for una in lineas))
+        self._anotar_salida(lineas)
         terminadas = self._conductor.terminadas()
         if terminadas:
             self._explicar_muerte(terminadas[0])
@@ -346,11 +354,12 @@ class Guia:
         return False
 
     def _a_sh(self, linea):
-        self._anotar(f"$ {linea}\n")
+        """A line for sh that the sheet does not ask for: a remark in the transcript, not output of the step before."""
         octetos = self._conductor.ejecutar(linea)
-        for una in self._conductor.esperar(octetos):
+        lineas = self._conductor.esperar(octetos)
+        for una in lineas:
             print(una)
-            self._anotar(una + "\n")
+        self._anotar_salida([REMARCA + una for una in (f"$ {linea}", *lineas)])
 
     def _explicar_muerte(self, terminada):
         nombre, estado = terminada
