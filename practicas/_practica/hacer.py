@@ -173,7 +173,7 @@ class Guia:
         for elemento in self._hoja.elementos:
             if isinstance(elemento, notacion.Parrafo):
                 if texto.titulo_de(elemento.texto) in ("Preguntas", "Respuestas"):
-                    return
+                    break
                 previos.append(elemento)
                 continue
             # The text of steps that were done on another day is not shown again, but for the last of it.
@@ -188,6 +188,7 @@ class Guia:
             else:
                 n += suyos
             previos = []
+        self._explicar(previos)  # what is said of the last session
 
     @staticmethod
     def _explicar(parrafos):

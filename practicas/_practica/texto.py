@@ -28,12 +28,16 @@ def tenue(texto):
 
 
 def parrafo(texto):
-    """A Markdown paragraph for the terminal: headings strong, tables and other blocks as they are, the rest filled."""
+    """A Markdown paragraph for the terminal: headings strong, a picture as what it shows,
+    tables and other blocks as they are, the rest filled."""
     lineas = texto.split("\n")
     titulo = titulo_de(texto)
     if titulo is not None:
         resto = "\n".join(lineas[1:])
         return fuerte(titulo) + ("\n" + parrafo(resto) if resto else "")
+    imagen = re.fullmatch(r"!\[(.*)\]\((.*)\)", texto)
+    if imagen:
+        lineas[0] = f"Figura: {imagen.group(1)} ({imagen.group(2)})"
     if lineas[0].startswith(("|", "    ", "```", "~~~")):
         return texto
     if _ES_PUNTO.match(lineas[0]):

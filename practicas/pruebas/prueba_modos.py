@@ -38,6 +38,10 @@ login del autor1
 login del autor2
 ```
 
+Son dos.
+
+![Dos](dos.svg)
+
 ## Preguntas
 
 1. ¿Cuánto?
@@ -127,7 +131,8 @@ class Modos(unittest.TestCase):
             ("", "%) "),
             ("exit\n", "con estado 0, como dice la hoja"),
             ("", "%) "),
-            ("authors -l\n", "¿Cuánto?"),
+            ("authors -l\n", "Son dos.\n\nFigura: Dos (dos.svg)"),
+            ("", "¿Cuánto?"),
             ("mucho\n", "Tanto."),
             ("", "Se ha aprendido:\n- Nada."),
             ("", "hoja.txt"),
