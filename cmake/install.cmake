@@ -32,7 +32,7 @@ string(REGEX REPLACE "\n +\n" "\n .\n" licence_text "${licence_text}")
 configure_file(packaging/copyright.in packaging/copyright @ONLY)
 configure_file(packaging/changelog.in packaging/changelog @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/packaging/copyright TYPE DOC)
-install(FILES CHANGELOG.md docs/aula.md docs/mirador.md TYPE DOC)
+install(FILES CHANGELOG.md docs/aula.md docs/mirador.md docs/rendimiento.md TYPE DOC)
 find_program(GZIP gzip)
 if(GZIP)
   add_custom_command(OUTPUT packaging/changelog.gz
