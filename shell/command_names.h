@@ -5,7 +5,7 @@
 // The names by which a command can be called: its own, its aliases and, when enabled, abbreviations of
 // either.
 
-void HabilitarAbreviaturas();
+void HabilitarAbreviaturas(); ///< from now on abbreviations are resolved; at start they are not
 void DeshabilitarAbreviaturas();
 int EstadoAbreviaturas(); ///< 1 when abbreviations are enabled, else 0
 
