@@ -3,6 +3,7 @@
 #pragma once
 
 #include <csignal>
+#include <type_traits>
 
 // The signals that are held off while the shell writes to descriptor 1: those whose handlers print there.
 // Without that a notice could cut a line in two.
@@ -18,6 +19,7 @@ struct Retencion {
     const Retencion *anterior;
     bool hecha; ///< whether there is something to put back
 };
+static_assert(std::is_trivially_destructible_v<Retencion>); // the jump may cut off the frame that it lies in
 
 /// Before a write: holds the signals off. Async-signal-safe.
 void RetenerSenales(Retencion *retencion);
