@@ -8,6 +8,7 @@
 #include <pty.h>
 #include <signal.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -54,6 +55,7 @@ Opciones AlAlcance(Opciones o) {
 /// In the child: becomes the program.
 [[noreturn]] void Arrancar(const Opciones &o) {
     for (int senal = 1; senal < 32; senal++) signal(senal, SIG_DFL);
+    umask(022);
     for (const std::string &variable : o.entorno) putenv(const_cast<char *>(variable.c_str()));
     setenv("LD_PRELOAD", o.preload.c_str(), 1);
     if (kSaneado)

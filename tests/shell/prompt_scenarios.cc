@@ -47,10 +47,10 @@ TEST(Prompt, RefusesEscapesThatDoNotExistAndTextsThatDoNotFitAndIsCutWhenItGrows
     const std::string hondo(200, 'h');
     Sesion s;
     mkdir((s / hondo).c_str(), 0777);
-    std::string crece;
-    for (int i = 0; i < 511; i++) crece += "%o"; // fits as typed, not as generated
-    for (const std::string &spec : {std::string("abc%x"), std::string("abc%"), std::string("%U"), crece,
-                                    std::string(1024, 'a'), std::string(4000, 'a')})
+    std::string crece, mengua;
+    for (int i = 0; i < 511; i++) crece += "%o";  // fits as typed, not as generated
+    for (int i = 0; i < 512; i++) mengua += "%%"; // the other way round
+    for (const std::string &spec : {crece, mengua, std::string(1024, 'a'), std::string(4000, 'a')})
         EXPECT_EQ(s.Linea("prompt " + spec), "error al generar el prompt, se mantiene el antiguo\n") << spec;
     EXPECT_EQ(Generado(&s, std::string(1023, 'a')), std::string(1023, 'a'));
     s.Enviar("prompt " + std::string(950, 'a') + "%B\nchdir " + hondo + "\n");
