@@ -19,22 +19,6 @@ TEST(MemFSCommands, ShowWhenAnSFWasFormattedAndAFilePutIntoIt) {
     EXPECT_TRUE(DeAhora(lista, antes, " 9 bytes  %a %b %e %T %Y f\n")) << lista;
 }
 
-TEST(MemFSCommands, AFullDiskLeavesNoPartOfACopyNorADeletedSource) {
-
-    Sesion s({.antesDeExec = [] {
-        signal(SIGXFSZ, SIG_IGN);
-        Limitar<RLIMIT_FSIZE, 5>();
-    }});
-    EscribirFichero(s / "f", "contenido");
-    const std::string dir = s.Dir("memmalloc 16384"), falla = " fichero: No space left on device\n";
-    s.Linea("memfs-format " + dir);
-    s.Seguir({{"memfs-cp f " + dir + ":f", ""},
-              {"memfs-cp " + dir + ":f g", "Imposible copiar" + falla},
-              {"memfs-cp f g", "Imposible copiar" + falla},
-              {"memfs-mv f g", "Imposible mover" + falla},
-              {"stat f g", "       9  f\n ****error al acceder a g:No such file or directory\n"}});
-}
-
 TEST(Labels, AreAtMost2047) {
     Sesion s;
     for (int i = 0; i < 2047; i++)
