@@ -223,6 +223,7 @@ void Processes(const Snapshot &now, Writer *out) {
         out->Close('}');
     }
     out->Close(']');
+    if (now.more_processes) out->Bool("procesos_incompletos", true);
 }
 
 } // namespace

@@ -13,7 +13,6 @@
 #include <cerrno>
 #include <cstring>
 #include <map>
-#include <tuple>
 
 #include "viewer/proc_text.h"
 #include "viewer/process_dir.h"
@@ -48,10 +47,9 @@ int CompareFiles(pid_t pid, int one, int other) {
 /// kcmp's order allows a search by halves among them. (By hand: a file closed meanwhile makes the answers
 /// inconsistent.)
 void FindShared(pid_t pid, std::vector<OpenDescriptor> *descriptors, std::string *refused) {
-    std::map<std::tuple<std::string, int64_t, uint32_t>, std::vector<OpenDescriptor *>> candidates;
+    std::map<std::string_view, std::vector<OpenDescriptor *>> candidates;
     for (OpenDescriptor &d : *descriptors) {
-        std::vector<OpenDescriptor *> &known =
-            candidates[{d.target, d.info.offset, d.info.flags & ~static_cast<uint32_t>(O_CLOEXEC)}];
+        std::vector<OpenDescriptor *> &known = candidates[d.target];
         size_t low = 0, high = known.size();
         d.file = d.number;
         while (low < high) {
@@ -162,8 +160,11 @@ std::vector<pid_t> ChildrenOf(const ProcessDir &dir, pid_t pid) {
     return children;
 }
 
-void ReadProcesses(pid_t pid, int depth, std::vector<Process> *processes) {
-    if (processes->size() == kMostProcesses) return;
+void ReadProcesses(pid_t pid, int depth, Snapshot *snapshot) {
+    if (snapshot->processes.size() == kMostProcesses) {
+        snapshot->more_processes = true;
+        return;
+    }
     const ProcessDir dir(pid);
     std::string text;
     if (!dir.open() || dir.Read("stat", &text) == -1) return;
@@ -175,8 +176,8 @@ void ReadProcesses(pid_t pid, int depth, std::vector<Process> *processes) {
     if (dir.Read("cmdline", &text) == 0) process.line = ParseCommandLine(text);
     if (process.line.empty()) process.line = "[" + stat->command + "]";
     process.pipes = ReadPipes(dir);
-    processes->push_back(std::move(process));
-    for (const pid_t child : ChildrenOf(dir, pid)) ReadProcesses(child, depth + 1, processes);
+    snapshot->processes.push_back(std::move(process));
+    for (const pid_t child : ChildrenOf(dir, pid)) ReadProcesses(child, depth + 1, snapshot);
 }
 
 /// Adds what changes when the process runs, ends, or is given a child.
@@ -204,7 +205,7 @@ Snapshot TakeSnapshot(const Request &request) {
     snapshot.program = dir.Link("exe");
     ReadDescriptors(dir, &snapshot);
     ReadZones(dir, request.measure, &snapshot);
-    ReadProcesses(request.root, 0, &snapshot.processes);
+    ReadProcesses(request.root, 0, &snapshot);
     if (request.search && FindFileSystems(request.pid, snapshot.zones, &snapshot.file_systems) == -1)
         snapshot.file_systems_refused = strerror(errno);
     return snapshot;

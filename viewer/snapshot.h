@@ -68,6 +68,7 @@ struct Snapshot {
     std::vector<Zone> zones;
     SignalMasks signals;
     std::vector<Process> processes; ///< a tree, each followed by its children
+    bool more_processes = false;    ///< there are more than are read
     std::vector<FileSystem> file_systems;
     // Why something could not be read, in the system's words; empty when it could.
     std::string descriptors_refused, sharing_refused, zones_refused, file_systems_refused;

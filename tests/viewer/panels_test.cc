@@ -146,9 +146,9 @@ TEST(ProcessesPanel, DrawsTreeAndPipes) {
     const Layout layout = {60, &kUnicodeGlyphs};
     EXPECT_EQ(Lines(ProcessesPanel(Compare(now, now), layout), layout),
               (std::vector<std::string>{
-                  " 10         dormido    orden 10", " ├─11    ─┐ dormido    orden 11  1 escribe [7]",
+                  " 10         dormido    orden 10", " ├─11    ─┐ dormido    orden 11  (1 escribe [7])",
                   " │ └─12   │ parado     orden 12", " │   └─13 │ zombi      orden 13",
-                  " └─14    ─┘ ejecución  orden 14  0 lee [7]", "   └─15     dormido    orden 15"}));
+                  " └─14    ─┘ ejecución  orden 14  (0 lee [7])", "   └─15     dormido    orden 15"}));
 }
 
 TEST(MemoryPanel, FoldsLibrariesUnlessTheyChange) {

@@ -32,8 +32,8 @@ std::string PipeText(const Process &process, const std::vector<PipeThread> &thre
     for (const PipeEnd &end : process.pipes) {
         const auto same = [&end](const PipeThread &thread) { return thread.inode == end.inode; };
         if (std::none_of(threads.begin(), threads.end(), same)) continue;
-        text += "  " + std::to_string(end.descriptor) + (end.writes ? " escribe [" : " lee [") +
-                std::to_string(end.inode) + "]";
+        text += "  (" + std::to_string(end.descriptor) + (end.writes ? " escribe [" : " lee [") +
+                std::to_string(end.inode) + "])";
     }
     return text;
 }
@@ -108,6 +108,7 @@ PanelText ProcessesPanel(const View &view, const Layout &layout) {
         line.push_back({PipeText(row.now, threads), PartStyle(row, kPipes, Style::kDim)});
         panel.lines.push_back(std::move(line));
     }
+    if (view.now.more_processes) panel.lines.push_back({{" Hay más, que no se enseñan", Style::kDim}});
     if (view.processes.empty()) panel.lines.push_back({{" Ninguno", Style::kDim}});
     return panel;
 }
