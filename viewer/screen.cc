@@ -150,8 +150,11 @@ class Window {
         case KEY_DOWN: Scroll(1); break;
         case KEY_PPAGE: Scroll(-LINES / 2); break;
         case KEY_NPAGE: Scroll(LINES / 2); break;
-        case 12: clearok(curscr, TRUE); break; // Ctrl-L
-        default: break;                        // KEY_RESIZE among them
+        case KEY_RESIZE: // terminals have ideas of their own of what is still shown
+        case 12:         // Ctrl-L
+            clearok(curscr, TRUE);
+            break;
+        default: break;
         }
     }
 

@@ -24,10 +24,8 @@ std::string Utf8(uint32_t code) {
 
 } // namespace
 
-Screen::Screen(pid_t watched, const std::vector<std::string> &environment, int columns)
-    : terminal_(vterm_new(24, columns)), screen_(vterm_obtain_screen(terminal_)) {
-    vterm_set_utf8(terminal_, 1);
-    vterm_screen_reset(screen_, 1);
+Screen::Screen(pid_t watched, const std::vector<std::string> &environment, int columns) {
+    NewTerminal(24, columns);
     const struct winsize size = {24, static_cast<unsigned short>(columns), 0, 0};
     const std::string pid = std::to_string(watched);
     pid_ = forkpty(&salida_, nullptr, nullptr, &size);
@@ -68,8 +66,17 @@ std::string Screen::Await(const std::string &expression) {
     return "";
 }
 
+void Screen::NewTerminal(int rows, int columns) {
+    terminal_ = vterm_new(rows, columns);
+    screen_ = vterm_obtain_screen(terminal_);
+    vterm_set_utf8(terminal_, 1);
+    vterm_screen_reset(screen_, 1);
+}
+
 void Screen::Resize(int columns, int rows) {
-    vterm_set_size(terminal_, rows, columns);
+    vterm_free(terminal_);
+    NewTerminal(
+        rows, columns); // the viewer draws everything anew; this library's own resizing is not to be trusted
     const struct winsize size = {static_cast<unsigned short>(rows), static_cast<unsigned short>(columns), 0,
                                  0};
     ioctl(entrada_, TIOCSWINSZ, &size);

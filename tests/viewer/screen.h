@@ -28,6 +28,7 @@ class Screen : public escenario::Programa {
     bool Reversed(const std::string &text) const;
 
   private:
+    void NewTerminal(int rows, int columns);
     VTerm *terminal_;
     VTermScreen *screen_;
 };
