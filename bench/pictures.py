@@ -10,7 +10,7 @@ import matplotlib.pyplot as plt  # pylint: disable=wrong-import-position
 
 CUMPLIDA, NO_CUMPLIDA, FORZADA = "#2a7f62", "#b3432b", "#7a6f9b"
 # Text as text: readers can search it; the same bytes from the same numbers.
-plt.rcParams.update({"svg.fonttype": "none", "svg.hashsalt": "rendimiento", "font.size": 9,
+plt.rcParams.update({"text.parse_math": False, "svg.fonttype": "none", "svg.hashsalt": "rendimiento", "font.size": 9,
                      "font.family": "DejaVu Sans", "axes.spines.top": False, "axes.spines.right": False})
 
 
