@@ -26,6 +26,16 @@ TEST(Environment, StaticBufferShowsTheLastChangeWhateverTheOrder) {
     }
 }
 
+TEST(Environment, TheFirstEntryIsAnEntry) {
+    Sesion s;
+    const std::string todo = s.Linea("showenv"), entrada = todo.substr(todo.find(") ") + 2),
+                      nombre = entrada.substr(0, entrada.find('='));
+    s.Seguir({{"changevarWrong -e -ms " + nombre + " 1", "~* estatica\n"},
+              {"changevarWrong -a -mo " + nombre + " 1", "~* original\n"},
+              {"changevar -e " + nombre + " 1", ""},
+              {"subsvar -a " + nombre + " N 1", ""}});
+}
+
 TEST(Environment, AutomaticBufferLeavesAnAddressOfTheStack) {
     SALTAR_SI_SANEADO();
     Sesion s({.entorno = {"MARCADA=x"}});

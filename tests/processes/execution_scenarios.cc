@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include <sys/stat.h>
+#include <signal.h>
 
 #include "tests/driver/session.h"
 
@@ -103,9 +103,11 @@ TEST(Execution, AForkThatFailsIsToldAndLeavesNothing) {
     }
     SALTAR_SI(uid == 0, "this user has other processes");
     Sesion s({.uid = uid, .antesDeExec = Limitar<RLIMIT_NPROC, 2>});
-    s.Seguir({{"backpipe /bin/true % /bin/cat", fallo},
-              {"listjobs", "~*) /bin/true\n"}}); // the first alone is kept
-    if (kSaneado) s.EsperarFin();                // any status: the search for leaks needs a process, too
+    s.Seguir({{"backpipe /bin/sleep 100 % /bin/cat", fallo}, {"fork", ""}}); // which waits for no other child
+    const std::string lista = s.Linea("listjobs");
+    EXPECT_TRUE(Casa(lista, "*) /bin/sleep 100\n")) << lista; // the first alone is kept
+    if (const pid_t pid = atoi(lista.c_str()); pid > 1) kill(pid, SIGKILL);
+    if (kSaneado) s.EsperarFin(); // any status: the search for leaks needs a process, too
 }
 
 } // namespace
