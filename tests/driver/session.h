@@ -23,7 +23,6 @@ class DirectorioTemporal {
   public:
     DirectorioTemporal();
     DirectorioTemporal(const DirectorioTemporal &) = delete;
-    DirectorioTemporal &operator=(const DirectorioTemporal &) = delete;
     ~DirectorioTemporal();
     const std::string &ruta() const { return ruta_; }
     std::string operator/(const std::string &nombre) const { return ruta_ + "/" + nombre; }
@@ -44,8 +43,7 @@ struct Opciones {
     void (*antesDeExec)() = nullptr; ///< runs in the child just before the program starts
 };
 
-/// For `uid`: an ordinary user, of whom no database knows and whose processes no other test adds to; 0, this
-/// one, where the tests are not run by root.
+/// For `uid`: an ordinary user, unknown and with no other processes; 0, this one, unless root runs the tests.
 unsigned Ordinario();
 
 /// For `antesDeExec`: a pipe of one page for the output, so that long writes wait.
@@ -66,23 +64,20 @@ Resultado Ejecutar(const std::string &guion, const Opciones &opciones = {});
 /// What a script prints behind its first line, "prompt =", from the prompt on.
 std::string Salida(const std::string &guion, const Opciones &opciones = {});
 
-/// A program that runs while the test looks at it. With its object its input ends, and it has to end with
-/// status 0, unless the test has waited for another end.
+/// A program that runs while the test looks at it. It has to end with status 0 when its object goes and with
+/// it its input, unless the test has waited for another end.
 class Programa {
   public:
     Programa(const Programa &) = delete;
-    Programa &operator=(const Programa &) = delete;
     ~Programa();
 
     /// Sends bytes as they are.
     void Enviar(const std::string &bytes);
-    /// Reads until `texto` has been printed; returns everything up to and including it. The test fails when
-    /// the output ends before.
+    /// Reads until `texto` has been printed; returns everything up to and including it.
     std::string Esperar(const std::string &texto);
     /// Ends its input and waits for its end; returns the wait status. `resto`: what was still printed.
     int EsperarFin(std::string *resto = nullptr);
-    /// Waits until the program sleeps with so many bytes waiting to be read that it can only be held up in a
-    /// write.
+    /// Waits until the program sleeps with so many bytes unread that it can only be held up in a write.
     void EsperarEscrituraParada(int bytes);
     pid_t pid() const { return pid_; }
 

@@ -26,14 +26,17 @@ TEST(Environment, StaticBufferShowsTheLastChangeWhateverTheOrder) {
     }
 }
 
-TEST(Environment, TheFirstEntryIsAnEntry) {
+TEST(Environment, TheFirstEntriesAreEntriesToo) {
     Sesion s;
-    const std::string todo = s.Linea("showenv"), entrada = todo.substr(todo.find(") ") + 2),
-                      nombre = entrada.substr(0, entrada.find('='));
-    s.Seguir({{"changevarWrong -e -ms " + nombre + " 1", "~* estatica\n"},
-              {"changevarWrong -a -mo " + nombre + " 1", "~* original\n"},
-              {"changevar -e " + nombre + " 1", ""},
-              {"subsvar -a " + nombre + " N 1", ""}});
+    const std::string todo = s.Linea("showenv");
+    for (const char *cual : {"[0]=(", "[1]=("}) {
+        const std::string entrada = todo.substr(todo.find(") ", todo.find(cual)) + 2),
+                          nombre = entrada.substr(0, entrada.find('='));
+        s.Seguir({{"changevarWrong -e -ms " + nombre + " 1", "~* estatica\n"},
+                  {"changevar -e " + nombre + " 1", ""},
+                  {"changevarWrong -a -mo " + nombre + " 2", "~* original\n"},
+                  {"subsvar -a " + nombre + " N" + cual[1] + " 1", ""}});
+    }
 }
 
 TEST(Environment, AutomaticBufferLeavesAnAddressOfTheStack) {

@@ -63,7 +63,9 @@ class Sesion:
                 (carpeta / fichero).write_text(texto, encoding="utf-8")
             (carpeta / "informe").touch()
             precargadas = [str(construido / f"tests/lib{n}.so") for n in ("failing_calls", "no_systemd")]
-            entorno = {"FALLAR": fallar, "INFORME": str(carpeta / "informe"), "LD_PRELOAD": ":".join(precargadas),
+            funcion, vez = fallar.split()
+            entorno = {"FALLAR": funcion, "VEZ": vez, "INFORME": str(carpeta / "informe"),
+                       "LD_PRELOAD": ":".join(precargadas),
                        "HOME": "/tmp", "PATH": "/usr/bin:/bin", "LC_ALL": "C"}
             with subprocess.Popen([construido / "bin/shell"], cwd=carpeta, env=entorno, stdin=subprocess.PIPE,
                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, bufsize=0) as self.programa:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Preloaded: fails one call of one function of the program, the one that FALLAR="function n" names, and
+// Preloaded: fails one call of one function of the program, the one that FALLAR and VEZ name, and
 // writes into the file INFORME what the judge of the session needs (see failing_calls.py). Arguments are
 // passed on as they stand in the registers, so that one text serves every function; no header that declares
 // them is included.
@@ -30,22 +30,21 @@ constexpr const char *nombres_[] = {
 };
 #undef FUNCION
 #undef OTRA
-#define FUNCION(nombre, motivo, valor) k_##nombre,
-#define OTRA(nombre) k_##nombre,
-enum Funcion {
-#include "tests/faults/failing_calls.def"
-    kFunciones
-};
-#undef FUNCION
-#undef OTRA
+constexpr int kFunciones = sizeof nombres_ / sizeof nombres_[0];
+
+int Indice(const char *nombre) {
+    int f = 0;
+    while (f < kFunciones && strcmp(nombres_[f], nombre) != 0) f++;
+    return f;
+}
 
 /// What the shell and its children count together.
 struct Cuenta {
     std::atomic<long> llamadas[kFunciones], lineas;
 };
 Cuenta *cuenta_;
-int fallar_ = kFunciones; // this function fails
-long vez_;                // at this call
+int fallar_; // this function fails
+long vez_;   // at this call
 char informe_[4096];
 long sesion_;
 unsigned long desde_, hasta_; // where the program's own code stands
@@ -69,13 +68,10 @@ int BuscarPrograma(dl_phdr_info *objeto, size_t, void *) {
 
 __attribute__((constructor)) void Empezar() {
     dl_iterate_phdr(BuscarPrograma, nullptr);
-    const char *fallar = getenv("FALLAR");
+    fallar_ = Indice(getenv("FALLAR"));
+    vez_ = atol(getenv("VEZ"));
     snprintf(informe_, sizeof informe_, "%s", getenv("INFORME"));
-    for (int f = 0; f < kFunciones; f++) {
-        const size_t n = strlen(nombres_[f]);
-        if (strncmp(fallar, nombres_[f], n) == 0 && fallar[n] == ' ') vez_ = atol(fallar + (fallar_ = f, n));
-    }
-    for (const char *variable : {"FALLAR", "INFORME", "LD_PRELOAD"}) unsetenv(variable);
+    for (const char *variable : {"FALLAR", "VEZ", "INFORME", "LD_PRELOAD"}) unsetenv(variable);
     sesion_ = syscall(SYS_getpid);
     cuenta_ = reinterpret_cast<Cuenta *>(
         syscall(SYS_mmap, 0, sizeof *cuenta_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
@@ -96,7 +92,8 @@ __attribute__((destructor)) void Acabar() {
 }
 
 /// Whether this call of the program's (the C library's own calls are let go) is the one that fails.
-bool Toca(int funcion, const void *vuelta) {
+bool Toca(const char *nombre, const void *vuelta) {
+    const int funcion = Indice(nombre);
     const auto lugar = reinterpret_cast<unsigned long>(vuelta);
     if (!cuenta_ || lugar < desde_ || lugar >= hasta_ || ++cuenta_->llamadas[funcion] != vez_ ||
         funcion != fallar_)
@@ -117,14 +114,14 @@ bool Toca(int funcion, const void *vuelta) {
         __VA_ARGS__                                                                                          \
     }
 #define FUNCION(nombre, motivo, valor)                                                                       \
-    DEFINIR(nombre, if (!Toca(k_##nombre, __builtin_return_address(0))) return hacer(); errno = motivo;      \
+    DEFINIR(nombre, if (!Toca(#nombre, __builtin_return_address(0))) return hacer(); errno = motivo;         \
             return valor;)
 #define OTRA(nombre)
 #include "tests/faults/failing_calls.def"
 
 // A descriptor is gone even when its closing fails.
 #define FALLAR_TRAS_HACER(nombre)                                                                            \
-    DEFINIR(nombre, const bool toca = Toca(k_##nombre, __builtin_return_address(0)); const long n = hacer(); \
+    DEFINIR(nombre, const bool toca = Toca(#nombre, __builtin_return_address(0)); const long n = hacer();    \
             if (!toca) return n; errno = EIO; return kFalla;)
 FALLAR_TRAS_HACER(close)
 FALLAR_TRAS_HACER(closedir)
@@ -137,14 +134,14 @@ FALLAR_TRAS_HACER(closedir)
             const long n = hacer();                                                                          \
             if (n == 1 && *reinterpret_cast<char *>(b) == '\n') ++cuenta_->lineas;                           \
             return n;                                                                                        \
-        } if (!Toca(k_##nombre, __builtin_return_address(0))) return hacer();                                \
+        } if (!Toca(#nombre, __builtin_return_address(0))) return hacer();                                   \
         errno = EIO; return kFalla;)
 FALLAR_SALVO_ENTRADA(read)
 FALLAR_SALVO_ENTRADA(__read_chk)
 FALLAR_SALVO_ENTRADA(pread)
 
 // Nobody waits for a pause, and the endless loop is interrupted.
-DEFINIR(sleep, static_cast<void>(hacer); return Toca(k_sleep, __builtin_return_address(0));)
+DEFINIR(sleep, static_cast<void>(hacer); return Toca("sleep", __builtin_return_address(0));)
 DEFINIR(getpid, static long veces; constexpr long kMuchas = 10000;
         if (++veces == kMuchas) syscall(SYS_kill, sesion_, SIGINT);
         return veces > kMuchas ? sesion_ : hacer();)

@@ -48,6 +48,8 @@ TEST(Listing, TheFormsOfALine) {
                       enlace = Larga(s / "l", "lrwxrwxrwx ", "l");
     s.Seguir({{"stat -acc b", "       5  " + leido + " b\n"},
               {"stat -link l b", "       1  l -> b\n       5  b\n"},
+              {"stat -acc -link l", "~* l -> b\n"},
+              {"stat -long d l", Larga(s / "d", "drwxr-xr-x ", "d") + enlace},
               {"stat -long d", Larga(s / "d", "drwxr-xr-x ", "d")},
               {"stat -long l", enlace},
               {"stat -long -link l", enlace.substr(0, enlace.size() - 1) + " -> b\n"},

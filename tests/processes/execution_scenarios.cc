@@ -77,6 +77,7 @@ TEST(Execution, TakesAsManyVariablesAndAsLongAPathAsItHasRoomFor) {
     Sesion s({.argumentos = {"-p"}, .entorno = {"PATH=" + path}});
     s.Seguir({{"fg " + justas + "/usr/bin/env", todas},
               {"fg X=1 " + justas + "/usr/bin/env", "No ejecutado: Argument list too long\n"},
+              {"execute X=1 " + justas + "/usr/bin/env", "Imposible ejecutar: Argument list too long\n"},
               {"search", "/nohay\n" + std::string(2047 - strlen("/nohay:"), 'd') + "\n"},
               {"search -clear", ""},
               {"search +/" + justa, ""},

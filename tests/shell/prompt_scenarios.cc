@@ -79,6 +79,10 @@ TEST(Prompt, NamesNoUnknownUser) {
     SALTAR_SIN_SER_ROOT();
     Sesion desconocido({.uid = Ordinario()});
     EXPECT_EQ(Generado(&desconocido, "%u"), "UnknownUser");
+    Sesion s({.directorio = "/tmp"});
+    s.Linea("setuid -l nobody"); // whose home does not exist
+    EXPECT_EQ(Generado(&s, "%u%D"), "nobody/tmp");
+    s.Linea("setuid -l root");
 }
 
 } // namespace
