@@ -10,13 +10,18 @@ import matplotlib.pyplot as plt  # pylint: disable=wrong-import-position
 
 CUMPLIDA, NO_CUMPLIDA, FORZADA = "#2a7f62", "#b3432b", "#7a6f9b"
 # Text as text: readers can search it; the same bytes from the same numbers.
-plt.rcParams.update({"text.parse_math": False, "svg.fonttype": "none", "svg.hashsalt": "rendimiento", "font.size": 9,
+plt.rcParams.update({"svg.fonttype": "none", "svg.hashsalt": "rendimiento", "font.size": 9,
                      "font.family": "DejaVu Sans", "axes.spines.top": False, "axes.spines.right": False})
 
 
 def guardar(figura, ruta):
     figura.savefig(ruta, bbox_inches="tight", metadata={"Date": None})
     plt.close(figura)
+
+
+def sin_marcas(texto):
+    """Without the marks of code, and with what would begin a formula taken as it stands."""
+    return texto.replace("`", "").replace("$", r"\$")
 
 
 def razones(filas, ruta):
@@ -28,7 +33,7 @@ def razones(filas, ruta):
         ejes.plot([math.log2(fila.meta)] * 2, [i - 0.4, i + 0.4], color="black", linewidth=1)
         ejes.text(math.log2(razon), i, f" {razon:.2f} ".replace(".", ","), va="center",
                   ha="left" if razon >= 1 else "right", fontsize=7)
-    ejes.set_yticks(range(len(filas)), [f"{f.trabajo.replace('`', '')}  /  {f.rival.replace('`', '')}" for f in filas],
+    ejes.set_yticks(range(len(filas)), [sin_marcas(f"{f.trabajo}  /  {f.rival}") for f in filas],
                     fontsize=7)
     ejes.invert_yaxis()
     ejes.axvline(0, color="black", linewidth=0.8)
