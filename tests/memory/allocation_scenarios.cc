@@ -32,6 +32,15 @@ TEST(Allocation, ASegmentIsSharedByTheKeyThatTheSystemKeeps) {
     EXPECT_TRUE(Contiene(otra.Linea("memdump " + ajena), "  c  o  m  u  n"));
 }
 
+TEST(Allocation, ASegmentThatCannotBeAttachedIsNotLeft) {
+    SALTAR_SI_SANEADO();
+    Sesion s({.antesDeExec = Limitar<RLIMIT_AS, 100'000'000>});
+    const std::string clave = std::to_string(ClaveUnica()),
+                      falla = "Imposible asignar memoria compartida clave " + clave + ": ";
+    s.Seguir({{"memcreateshared " + clave + " 200000000", falla + "Cannot allocate memory\n"},
+              {"memshared " + clave, falla + "No such file or directory\n"}});
+}
+
 TEST(Allocation, WhatIsReleasedIsGoneFromTheProcess) {
     SALTAR_SI(kSaneado, "the sanitizers keep what is freed");
     SALTAR_SIN_PROC();
