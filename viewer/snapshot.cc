@@ -82,10 +82,13 @@ void ReadDescriptors(const ProcessDir &dir, Snapshot *snapshot) {
         OpenDescriptor d;
         d.number = number;
         const std::string link = "fd/" + std::to_string(number);
-        const auto info = dir.Read(("fdinfo/" + std::to_string(number)).c_str(), &text) == 0
-                              ? ParseFdInfo(text)
-                              : std::nullopt;
-        if (!info) continue; // closed meanwhile
+        if (dir.Read(("fdinfo/" + std::to_string(number)).c_str(), &text) == -1) {
+            // Closed meanwhile; or the numbers may be listed, and nothing else read.
+            if (errno == EACCES || errno == EPERM) snapshot->descriptors_refused = strerror(errno);
+            continue;
+        }
+        const auto info = ParseFdInfo(text);
+        if (!info) continue;
         d.info = *info;
         d.target = dir.Link(link.c_str());
         struct stat st;
@@ -160,16 +163,13 @@ std::vector<pid_t> ChildrenOf(const ProcessDir &dir, pid_t pid) {
     return children;
 }
 
-void ReadProcesses(pid_t pid, int depth, Snapshot *snapshot) {
-    if (snapshot->processes.size() == kMostProcesses) {
-        snapshot->more_processes = true;
-        return;
-    }
+/// Adds a process; returns its children.
+std::vector<pid_t> ReadProcess(pid_t pid, int depth, Snapshot *snapshot) {
     const ProcessDir dir(pid);
     std::string text;
-    if (!dir.open() || dir.Read("stat", &text) == -1) return;
+    if (!dir.open() || dir.Read("stat", &text) == -1) return {};
     const auto stat = ParseStat(text);
-    if (!stat) return;
+    if (!stat) return {};
     Process process;
     process.stat = *stat;
     process.depth = depth;
@@ -177,7 +177,16 @@ void ReadProcesses(pid_t pid, int depth, Snapshot *snapshot) {
     if (process.line.empty()) process.line = "[" + stat->command + "]";
     process.pipes = ReadPipes(dir);
     snapshot->processes.push_back(std::move(process));
-    for (const pid_t child : ChildrenOf(dir, pid)) ReadProcesses(child, depth + 1, snapshot);
+    return ChildrenOf(dir, pid);
+}
+
+/// No folder stays open while the children are read: a chain of them may be longer than descriptors last.
+void ReadProcesses(pid_t pid, int depth, Snapshot *snapshot) {
+    if (snapshot->processes.size() == kMostProcesses) {
+        snapshot->more_processes = true;
+        return;
+    }
+    for (const pid_t child : ReadProcess(pid, depth, snapshot)) ReadProcesses(child, depth + 1, snapshot);
 }
 
 /// Adds what changes when the process runs, ends, or is given a child.

@@ -195,7 +195,9 @@ TEST(ViewerLauncher, ListsTheShellsWhenThereAreSeveral) {
 }
 
 TEST(ViewerOnce, SaysWhatItMayNotRead) {
-    if (getuid() != 0) GTEST_SKIP() << "only root has another user's process to show";
+    // Never an empty table: a process without some capabilities may list these and read none.
+    const std::string first = Once(1, {"--una-vez", "--paneles", "1"}).salida;
+    EXPECT_FALSE(first.empty() || first.ends_with("modo\n")) << first;
     Sesion shell;
     const std::string text = Once(shell.pid(), {"--una-vez"}, 65534).salida;
     Has(text, "El núcleo no deja ver los descriptores: Permission denied\n");
