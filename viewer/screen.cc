@@ -198,8 +198,9 @@ class Window {
             DrawHelp();
         else
             DrawPanels();
-        const std::string keys = " q sale  1-4 panel  " + std::string(glyphs_.unicode ? "↑↓" : "flechas") +
-                                 " mueve  espacio congela  Tab otro shell  d a fichero  ? ayuda";
+        const std::string keys = " q sale  ? ayuda  1-4 panel  " +
+                                 std::string(glyphs_.unicode ? "↑↓" : "flechas") +
+                                 " mueve  espacio congela  Tab otro shell  d a fichero";
         const Line bottom = {message_.empty() ? Span{keys, Style::kDim}
                                               : Span{" " + message_, Style::kTitle}};
         if (LINES > 1) Put(LINES - 1, 0, bottom, COLS - 1); // the last cell would scroll some terminals
@@ -208,10 +209,11 @@ class Window {
 
     void DrawHelp() const {
         int y = 2;
-        for (const char *text : kHelp) {
-            if (y >= LINES - 1) break;
-            Put(y++, 1, {{text}}, COLS - 2);
-        }
+        for (const char *text : kHelp)
+            for (const std::string &line : Fold(text, COLS - 2)) {
+                if (y >= LINES - 1) return;
+                Put(y++, 1, {{line}}, COLS - 2);
+            }
     }
 
     void DrawPanels() {

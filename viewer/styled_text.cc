@@ -4,7 +4,9 @@
 
 #include <wchar.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 #include "viewer/utf8.h"
 
@@ -140,6 +142,21 @@ Style MarkStyle(Mark mark) {
     return kStyles[static_cast<int>(mark)];
 }
 
+std::vector<std::string> Fold(std::string_view text, int width) {
+    std::vector<std::string> lines = {""};
+    while (!text.empty()) {
+        // A word with the blanks in front of it.
+        const size_t word = std::min(text.find_first_not_of(' '), text.size());
+        const std::string_view piece = text.substr(0, std::min(text.find(' ', word), text.size()));
+        text.remove_prefix(piece.size());
+        if (!lines.back().empty() && Width(lines.back()) + Width(piece) > width)
+            lines.push_back(" " + std::string(piece.substr(word - 1)));
+        else
+            lines.back() += piece;
+    }
+    return lines;
+}
+
 std::string ShortSize(uint64_t bytes) {
     constexpr char kUnits[] = {'B', 'K', 'M', 'G', 'T', 'P'};
     double size = static_cast<double>(bytes);
@@ -148,8 +165,7 @@ std::string ShortSize(uint64_t bytes) {
     char text[32];
     const bool whole = size >= 99.5 || size == static_cast<double>(static_cast<int>(size));
     snprintf(text, sizeof text, whole ? "%.0f%c" : "%.1f%c", size, kUnits[unit]);
-    for (char &c : text)
-        if (c == '.') c = ',';
+    if (char *point = strchr(text, '.')) *point = ',';
     return text;
 }
 

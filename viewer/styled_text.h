@@ -88,6 +88,9 @@ std::string PlainText(const Line &line);
 char MarkSign(Mark mark);
 Style MarkStyle(Mark mark);
 
+/// Lines of at most `width` columns, as far as words allow; all but the first begin with two blanks.
+std::vector<std::string> Fold(std::string_view text, int width);
+
 /// "132K", "1,4M": at most five columns.
 std::string ShortSize(uint64_t bytes);
 

@@ -205,6 +205,8 @@ TEST(StyledText, NamesAreSafeAndFit) {
     EXPECT_EQ(Fit("日本", 4, kUnicodeGlyphs), "日本");
     EXPECT_EQ(Fit("日本語", 4, kUnicodeGlyphs), "日… ");
     EXPECT_EQ(WithoutAccents("señal ¿?"), "senal ?");
+    EXPECT_EQ(Fold("q   año nuevo, vida", 9), (std::vector<std::string>{"q   año", "  nuevo,", "  vida"}));
+    EXPECT_EQ(Fold("", 9).size(), 1u);
     setlocale(LC_CTYPE, "C");
     static constexpr struct {
         uint64_t bytes;
