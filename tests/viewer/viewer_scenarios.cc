@@ -192,6 +192,7 @@ TEST(ViewerLauncher, ListsTheShellsWhenThereAreSeveral) {
               std::string::npos);
     one.Linea("exit");
     EXPECT_EQ(run({"x1"}).salida, "shell-docente: no es un PID: x1\n");
+    EXPECT_EQ(run({"4194303"}).salida, "shell-docente: no hay ningún proceso 4194303\n");
 }
 
 TEST(ViewerOnce, SaysWhatItMayNotRead) {
