@@ -130,7 +130,7 @@ TEST(Handler, ASignalThatWasWaitingComesAfterAllThatWasPrinted) {
 TEST(Handler, WithoutRestartEndsTheWaitForAProgramAndThePromptComesBack) {
     for (const char *linea : {"fg /bin/sh insiste", "pipe /bin/sh insiste % /bin/sh insiste"}) {
         Sesion s;
-        EscribirFichero(s / "insiste", "until [ -e visto ]; do kill -USR1 $PPID; done\n");
+        EscribirFichero(s / "insiste", "until [ -e visto ]; do kill -USR1 $PPID || exit; done\n");
         s.Linea("usesignals on");
         s.Linea("sighandler USR1");
         s.Linea(linea); // the program goes on until it is told that the prompt has been seen
