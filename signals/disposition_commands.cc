@@ -14,13 +14,10 @@
 
 namespace {
 
-/// Does `accion` to every signal named in `args`; unknown names are skipped. A refusal of the system (KILL
-/// cannot be ignored) changes nothing, and siginfo shows it.
+/// Does `accion` to every signal named in `args`. A refusal of the system (KILL cannot be ignored, an unknown
+/// name stands for no signal) changes nothing, and siginfo shows it.
 void ParaCada(char *args[], void (*accion)(int senal)) {
-    for (; *args; args++) {
-        const int senal = ValorSenal(*args);
-        if (senal != -1) accion(senal);
-    }
+    for (; *args; args++) accion(ValorSenal(*args));
 }
 
 /// Whether `palabra` is an option of sigprocmask; its operation is stored.
@@ -65,10 +62,7 @@ void Cmd_sigunmask(char *args[]) {
 }
 
 void Cmd_sigprocmask(char *args[]) {
-    if (!args[0]) {
-        MostrarSenalesEnmascaradas();
-        return;
-    }
+    if (!args[0]) MostrarSenalesEnmascaradas();
     int operacion = SIG_BLOCK;
     while (*args && LeerOperacion(*args, &operacion)) args++;
     sigset_t senales;

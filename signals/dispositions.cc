@@ -21,15 +21,8 @@ sigset_t conManejador_;
 bool hayManejadores_;
 
 void Recordar(int senal, bool manejador) {
-    if (manejador && !hayManejadores_) {
-        sigemptyset(&conManejador_);
-        hayManejadores_ = true;
-    }
-    if (!hayManejadores_) return;
-    if (manejador)
-        sigaddset(&conManejador_, senal);
-    else
-        sigdelset(&conManejador_, senal);
+    if (manejador) hayManejadores_ = true;
+    (manejador ? sigaddset : sigdelset)(&conManejador_, senal);
 }
 
 /// sigprocmask() with a set of the one signal.
@@ -59,10 +52,7 @@ int InstalarManejadorSenal(int senal, void (*manejador)(int), int flags, const s
     struct sigaction accion = {};
     accion.sa_handler = manejador;
     accion.sa_flags = flags;
-    if (mascara)
-        accion.sa_mask = *mascara;
-    else
-        sigemptyset(&accion.sa_mask);
+    if (mascara) accion.sa_mask = *mascara;
     if (sigaction(senal, &accion, nullptr) == -1) return -1;
     const bool tieneManejador = manejador != SIG_DFL && manejador != SIG_IGN;
     Recordar(senal, tieneManejador);
@@ -109,8 +99,8 @@ const char *InfoHandlerSenal(int senal) {
                   {SA_NODEFER, "NODEFER "}};
     alignas(kAparte) static char info[kTamInfo];
     TextoAcotado texto(info, sizeof info);
-    struct sigaction accion;
-    if (sigaction(senal, nullptr, &accion) == -1) return info;
+    struct sigaction accion = {};
+    sigaction(senal, nullptr, &accion);
     for (const auto &flag : kFlags)
         if (accion.sa_flags & flag.flag) texto.Poner(flag.nombre);
     if (const char *mascara = InfoMascara(&accion.sa_mask)) {

@@ -46,10 +46,9 @@ bool LeerOpcion(const char *palabra, Instalacion *i) {
         i->flags |= static_cast<int>(SA_RESETHAND);
     else if (strcmp(palabra, "-Frestart") == 0)
         i->flags |= SA_RESTART;
-    else if (const char *nombre = TrasPrefijo(palabra, "-mask")) {
-        const int senal = ValorSenal(nombre);
-        if (senal != -1) sigaddset(&i->mascara, senal);
-    } else
+    else if (const char *nombre = TrasPrefijo(palabra, "-mask"))
+        sigaddset(&i->mascara, ValorSenal(nombre)); // which refuses what is no signal
+    else
         return false;
     return true;
 }
@@ -132,7 +131,7 @@ void Cmd_sigcount(char *args[]) {
 
 void Cmd_limitresend(char *args[]) {
     if (args[0])
-        maxreenvios = strcmp(args[0], "off") == 0 ? 0 : atoi(args[0]);
+        maxreenvios = atoi(args[0]); // "off" too, as any word, reads as 0
     else if (maxreenvios == 0)
         EscribirTexto("limitresend: off\n");
     else

@@ -15,10 +15,10 @@ TEST(ConvertirByte, ReadsQuotedDecimalHexadecimalAndOctal) {
 
 TEST(LlenarMemoria, SetsEveryStepBelowTheCountAndNothingElse) {
     std::string memoria(10, '-');
-    LlenarMemoria(memoria.data(), 9, 'z', 4);
+    LlenarMemoria(memoria.data(), 9, 'z', 2);
     LlenarMemoria(memoria.data() + 1, 1, 'y', 50);
-    LlenarMemoria(memoria.data() + 2, 0, 'x', 1);
-    EXPECT_EQ(memoria, "zy--z---z-");
+    LlenarMemoria(memoria.data() + 2, 0, 'x', 2);
+    EXPECT_EQ(memoria, "zyz-z-z-z-");
     // Long enough for every size of piece, and not at the start of a page.
     std::string larga((1u << 25) + 99, '-');
     LlenarMemoria(larga.data() + 1, larga.size() - 2, 'z', 1);

@@ -17,18 +17,21 @@ TEST(Inspection, ALongTextIsCopiedWhole) {
 TEST(Inspection, AFaultInTheMiddleOfADumpLosesNoEarlierRow) {
     SALTAR_SI_SANEADO();
     const auto pagina = static_cast<size_t>(sysconf(_SC_PAGESIZE));
-    // The row that crosses into the missing page is a whole one, or the rest.
-    for (size_t n : {2 * pagina, pagina / 25 * 25 + 24}) {
+    // The row that crosses into the missing page is a whole one, the rest, the first there or there by a
+    // byte.
+    const size_t filas[][2] = {
+        {0, 2 * pagina}, {0, pagina / 25 * 25 + 24}, {pagina % 25, pagina}, {pagina % 25 + 1, pagina}};
+    for (const auto &[desde, n] : filas) {
         Sesion s;
         EscribirFichero(s / "f", std::string(2 * pagina, 'm'));
-        const std::string orden = "memdump " + s.Dir("mmap f r") + " " + std::to_string(n),
+        const std::string orden = "memdump " + Mas(s.Dir("mmap f r"), desde) + " " + std::to_string(n),
                           todo = s.Linea(orden);
         ASSERT_EQ(truncate((s / "f").c_str(), static_cast<off_t>(pagina)), 0);
         s.Enviar(orden + "\n");
         std::string resto;
         EXPECT_TRUE(MuertoPor(s.EsperarFin(&resto), SIGBUS));
         // The heading, and the rows of 152 characters before that one.
-        EXPECT_EQ(resto, todo.substr(0, todo.find('\n') + 1 + pagina / 25 * 152));
+        EXPECT_EQ(resto, todo.substr(0, todo.find('\n') + 1 + (pagina - desde) / 25 * 152));
     }
 }
 
