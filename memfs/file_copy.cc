@@ -35,13 +35,11 @@ int ComprobarHueco(const SF *sf, const char *nombre, uint64_t tam) {
     return 0;
 }
 
-/// Whether the disk file can be moved, as far as can be told beforehand: 0, or -1: EINVAL (neither a regular
-/// file nor a link to one: the copy would be empty, and what is no file deleted), or the `errno` of stat(). A
-/// directory passes: it is refused when it is read.
-int ComprobarOrigenDisco(const char *ruta) {
+/// Whether a disk file is known to be neither a regular file nor a link to one: the copy would be empty, and
+/// what is no file deleted. A directory passes, and what cannot be looked at: it is refused when it is read.
+bool EsEspecial(const char *ruta) {
     struct stat st;
-    if (stat(ruta, &st) == -1) return -1;
-    return S_ISREG(st.st_mode) || S_ISDIR(st.st_mode) ? 0 : Fallo(EINVAL);
+    return stat(ruta, &st) == 0 && !S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode);
 }
 
 /// Enters the `tam` bytes that stand at DirFinalDatos as a file; ComprobarHueco has found that they fit.
@@ -62,7 +60,7 @@ ssize_t CopyDiskDisk(const char *origen, const char *destino) {
     const off_t tam = auxTamanoFichero(origen);
     if (tam == -1) return -1;
     const size_t cabida = static_cast<size_t>(tam);
-    void *bufer = malloc(cabida > 0 ? cabida : 1); // malloc(0) may answer null without having failed
+    void *bufer = malloc(cabida + 1); // malloc(0) may answer null without having failed
     if (!bufer) return -1;
     ssize_t n = LeerFicheroDisco(origen, bufer, cabida);
     if (n != -1) n = EscribirFicheroDisco(destino, bufer, static_cast<size_t>(n), 0);
@@ -117,8 +115,7 @@ int BorrarFichero(const Idfich &id) { return id.sf == kSFDisco ? unlink(id.nombr
 
 int MoverFicheroSF(const Idfich &origen, const Idfich &destino) {
     // An SF that is not valid goes first, as when copying.
-    if (origen.sf == kSFDisco && destino.sf != kSFNoValido && ComprobarOrigenDisco(origen.nombre) == -1)
-        return -1;
+    if (origen.sf == kSFDisco && destino.sf != kSFNoValido && EsEspecial(origen.nombre)) return Fallo(EINVAL);
     const ssize_t copiados = CopiarFicheroSF(origen, destino);
     if (copiados == -1) return -1;
     int motivo = EBUSY; // what the source has grown by since would be lost with it

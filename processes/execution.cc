@@ -24,8 +24,7 @@ int CambiarUsuarioYPrioridad(const char *usuario, const int *prioridad) {
         Imprimir("Imposible cambiar credencial: %s\n", strerror(errno));
         return -1;
     }
-    errno = 0;
-    if (prioridad && setpriority(PRIO_PROCESS, static_cast<id_t>(getpid()), *prioridad) == -1 && errno != 0) {
+    if (prioridad && setpriority(PRIO_PROCESS, static_cast<id_t>(getpid()), *prioridad) == -1) {
         Imprimir("Imposible cambiar prioridad: %s\n", strerror(errno));
         return -1;
     }
@@ -33,7 +32,7 @@ int CambiarUsuarioYPrioridad(const char *usuario, const int *prioridad) {
 }
 
 /// The child of Proceso: the program, or the reason why not.
-[[noreturn]] void EjecutarHijo(char *linea[], bool segundoPlano, const char *usuario, const int *prioridad) {
+void EjecutarHijo(char *linea[], bool segundoPlano, const char *usuario, const int *prioridad) {
     if (segundoPlano && setsid() == -1) InformarError("error al crear una sesion");
     exec(linea, usuario, prioridad);
     InformarError("No ejecutado");

@@ -66,7 +66,7 @@ void Cmd_job(char *args[]) {
     const bool primerPlano = args[0] && strcmp(args[0], "-fg") == 0;
     if (primerPlano) args++;
     const pid_t pid = args[0] ? atoi(args[0]) : 0;
-    if (pid == 0 || BuscarProcesoPid(&LP, pid) == -1)
+    if (BuscarProcesoPid(&LP, pid) == -1)
         ListarTrabajos();
     else if (primerPlano)
         EsperarTrabajo(pid);

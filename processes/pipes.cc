@@ -4,7 +4,6 @@
 
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstring>
 
 #include "base/output.h"
@@ -19,14 +18,14 @@ namespace {
 
 /// Starts the program of a line with the end extremos[df] of the pipe as its descriptor `df` (0 reads, 1
 /// writes). Returns its pid, or -1.
-pid_t LanzarExtremo(char *linea[], const int extremos[2], int df) {
+pid_t LanzarExtremo(char *linea[], const int (&extremos)[2], int df) {
     const pid_t pid = Bifurcar();
     if (pid != 0) return pid;
     // With a standard descriptor closed in the shell the pipe itself may stand in its place. Without the pipe
     // the program does not run: it would read the shell's own input, or print among its output.
     if (dup2(extremos[df], df) == -1) TerminarHijo();
-    for (int i = 0; i < 2; i++)
-        if (extremos[i] != df) close(extremos[i]);
+    for (const int extremo : extremos)
+        if (extremo != df) close(extremo);
     exec(linea, nullptr, nullptr);
     TerminarHijo();
 }
@@ -59,11 +58,9 @@ int HacerPipe(char *primero[], char *segundo[], int segundoPlano) {
     if (pipe(extremos) == -1) return -1;
     const pid_t escritor = LanzarExtremo(primero, extremos, STDOUT_FILENO);
     const pid_t lector = escritor == -1 ? -1 : LanzarExtremo(segundo, extremos, STDIN_FILENO);
-    const int motivo = errno;
+    if (lector == -1) InformarError("Imposible crear proceso");
     close(extremos[0]);
     close(extremos[1]);
-    errno = motivo;
-    if (lector == -1) InformarError("Imposible crear proceso");
     if (escritor != -1 && segundoPlano) MeterProceso(&LP, escritor, getuid(), primero);
     if (lector != -1 && segundoPlano) MeterProceso(&LP, lector, getuid(), segundo);
     if (escritor != -1 && !segundoPlano) EsperarHijo(escritor);

@@ -100,6 +100,13 @@ TEST_P(Sessions, Print) {
             o.argumentos.push_back(Completar(resto));
         else if (nombre == "env")
             o.entorno.push_back(Completar(resto));
+        else if (nombre == "refuse") {
+            const size_t blanco = resto.find(' ');
+            for (const string &v : {"FALLAR=" + resto.substr(0, blanco), "VEZ=" + resto.substr(blanco + 1)})
+                o.entorno.push_back(v);
+            o.entorno.push_back("INFORME=/dev/null");
+            o.preload += ":" FAILING_CALLS_SHIM;
+        }
     }
     if (o.uid != 0) valores_["UID"] = std::to_string(o.uid);
     Sesion s(o);

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 
-#include <signal.h>
-
 #include "tests/driver/session.h"
 
 namespace {
@@ -47,24 +45,6 @@ TEST(Execution, OnATerminalForkAndAForegroundProgramShareTheKeyboard) {
     }
 }
 
-TEST(Execution, WorksWithTheStandardDescriptorsClosed) {
-    DirectorioTemporal dir;
-    Ejecutar("fg /bin/echo a >uno *dos\npipe /bin/echo b % /bin/cat >tres\n",
-             {.directorio = dir.ruta(), .antesDeExec = [] {
-                  close(1);
-                  close(2);
-              }});
-    EXPECT_EQ(LeerFichero(dir / "uno") + LeerFichero(dir / "tres"), "a\nb\n");
-}
-
-TEST(Execution, FailedItLeavesTheShellRedirected) {
-    DirectorioTemporal dir;
-    EXPECT_EQ(Salida("execute nohay <no/hay >salida *error\nauthors -l\n", {.directorio = dir.ruta()}),
-              "=Imposible redireccionar 0 a no/hay: No such file or directory\n");
-    EXPECT_EQ(LeerFichero(dir / "salida"), "=login del autor1\nlogin del autor2\n=");
-    EXPECT_EQ(LeerFichero(dir / "error"), "Imposible ejecutar: No such file or directory\n");
-}
-
 TEST(Execution, TakesAsManyVariablesAndAsLongAPathAsItHasRoomFor) {
     std::string justas, todas, justa = "/";
     for (int i = 0; i < 127; i++) {
@@ -85,30 +65,6 @@ TEST(Execution, TakesAsManyVariablesAndAsLongAPathAsItHasRoomFor) {
               {"search +" + justa, ""},
               {"search +/bin", ""},
               {"where sh", justa + "/sh\n"}});
-}
-
-TEST(Execution, AForkThatFailsIsToldAndLeavesNothing) {
-    const std::string fallo = "Imposible crear proceso: Resource temporarily unavailable\n";
-    const unsigned uid = Ordinario();
-    {
-        Sesion s({.uid = uid, .antesDeExec = Limitar<RLIMIT_NPROC, 1>});
-        s.Seguir({{"back /bin/true", fallo},
-                  {"pipe /bin/true % /bin/true", fallo},
-                  {"fg nohay &", fallo},
-                  {"mem -pmap", fallo},
-                  {"fork", ""},
-                  {"listjobs", ""}});
-        s.Enviar("execute /bin/sh -s\n"
-                 "for d in 3 4 5 6; do { true >&$d; } 2>/dev/null && echo $d; done; echo fin\n");
-        EXPECT_EQ(s.Esperar("fin\n"), "fin\n");
-    }
-    SALTAR_SI(uid == 0, "this user has other processes");
-    Sesion s({.uid = uid, .antesDeExec = Limitar<RLIMIT_NPROC, 2>});
-    s.Seguir({{"backpipe /bin/sleep 100 % /bin/cat", fallo}, {"fork", ""}}); // which waits for no other child
-    const std::string lista = s.Linea("listjobs");
-    EXPECT_TRUE(Casa(lista, "*) /bin/sleep 100\n")) << lista; // the first alone is kept
-    if (const pid_t pid = atoi(lista.c_str()); pid > 1) kill(pid, SIGKILL);
-    if (kSaneado) s.EsperarFin(); // any status: the search for leaks needs a process, too
 }
 
 } // namespace

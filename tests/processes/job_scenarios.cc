@@ -20,10 +20,10 @@ pid_t UltimoPid(const std::string &lista) {
 }
 
 /// Lists until the listing has the form `patron`: the shell learns of its children only when it looks.
-std::string ListarHasta(Sesion *s, const std::string &patron) {
+std::string ListarHasta(Sesion *s, const std::string &patron, const std::string &linea = "listjobs") {
     std::string lista;
     for (int i = 0; i < 2000; i++) { // the historic takes no more than twice as many lines
-        lista = s->Linea("listjobs");
+        lista = s->Linea(linea);
         if (Casa(lista, patron)) return lista;
         poll(nullptr, 0, 5);
     }
@@ -44,7 +44,8 @@ TEST(Jobs, FollowAProcessThatIsStoppedContinuedAndKilled) {
     ListarHasta(&s, "* PARADO (0" + std::to_string(SIGSTOP) + ") *");
     kill(pid, SIGCONT);
     ListarHasta(&s, "* ACTIVO (000) *");
-    s.Enviar("job -fg " + numero + "\n");
+    s.Enviar("authors -l\njob -fg " + numero + "\n");
+    s.Esperar("login del autor2\n" + kMarca); // told before the wait
     kill(pid, SIGTERM);
     EXPECT_EQ(s.EsperarPrompt(), "Proceso " + numero + " terminado por la senal TERM\n");
     s.Linea("back /bin/sleep 100");
@@ -73,7 +74,7 @@ TEST(Jobs, ASignalEndsTheWaitForOne) {
 }
 
 TEST(Jobs, EndWithTheirStatusAndLeaveTheListWhenAsked) {
-    Sesion s;
+    Sesion s({.entorno = {"TZ=UTC0"}});
     EscribirFichero(s / "sal3", "exit 3\n");
     s.Linea("/bin/sh sal3 & x");
     // Removed by the state of the previous look: whatever the process has done, its record is still there.
@@ -85,7 +86,12 @@ TEST(Jobs, EndWithTheirStatusAndLeaveTheListWhenAsked) {
               {"job", lista},
               {"deljobs", lista},
               {"deljobs -sig", lista},
-              {"fork", "~ejecutando*"},
+              {"changevar -p TZ AAA-12:30", ""}});
+    for (const std::string &linea : {"job " + pid, std::string("listjobs")}) {
+        EXPECT_NE(s.Linea(linea), lista);
+        s.Seguir({{"changevar -p TZ UTC0", ""}, {linea, lista}, {"changevar -p TZ AAA-12:30", ""}});
+    }
+    s.Seguir({{"fork", "~ejecutando*"},
               {"listjobs", ""}, // the jobs are the parent's
               {"exit", ""},
               {"deljobs -all", ""},
@@ -93,7 +99,7 @@ TEST(Jobs, EndWithTheirStatusAndLeaveTheListWhenAsked) {
     ListarHasta(&s, "* uid -000001 p=-1 *");
     s.Seguir({{"deljobs -clear", ""}, {"backpri 19 /bin/sh sal3", ""}});
     const std::string otro = std::to_string(UltimoPid(s.Linea("listjobs")));
-    ListarHasta(&s, "*(003)*"); // after which it has been waited for
+    ListarHasta(&s, "*(003)*", "job " + otro); // after which it has been waited for
     s.Seguir({{"job -fg " + otro, "Proceso " + otro + " pid ya esta finalizado\n"}, {"deljobs -clear", ""}});
     EscribirFichero(s / "espera", "until [ -e ya ]; do :; done; exit 4\n");
     s.Linea("back /bin/sh espera");
