@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/bounded_text.h"
 #include "base/held_signals.h"
 #include "base/large_storage.h"
 #include "base/write_all.h"
@@ -93,12 +94,10 @@ void HacerSitio(size_t n) {
     if (t.fin - corte > corte) corte = t.fin;
     const int motivo = errno;
     const int resultado = Escribir(corte);
-    const int rechazo = errno;
     if (const uint32_t resto = t.fin - corte; resto > 0) {
         memcpy(texto_, texto_ + corte, resto);
         Publicar({0, resto});
     }
-    errno = rechazo;
     Avisar(resultado);
     errno = motivo;
 }
@@ -153,10 +152,13 @@ void VolcarDesdeManejador() { Escribir(tramo_.load(std::memory_order_relaxed).fi
 void InformarError(const char *texto) {
     const int motivo = errno;
     VolcarSalida();
-    char linea[5000];
-    int n = snprintf(linea, sizeof linea, "%s: %s\n", texto, strerror(motivo));
-    if (n >= static_cast<int>(sizeof linea)) n = sizeof linea - 1;
-    EscribirTodo(STDERR_FILENO, linea, static_cast<size_t>(n));
+    char linea[512];
+    TextoAcotado mensaje(linea, sizeof linea);
+    mensaje.Poner(texto);
+    mensaje.Poner(": ");
+    mensaje.Poner(strerror(motivo));
+    mensaje.Poner('\n');
+    EscribirTodo(STDERR_FILENO, linea, mensaje.n());
     errno = motivo;
 }
 

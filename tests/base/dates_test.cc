@@ -49,6 +49,7 @@ TEST(Dates, TheZoneIsThatOfTheLastLook) {
     EXPECT_STREQ(Fecha2(60), "1970/01/01-00:01");
     LeerZonaHoraria();
     EXPECT_STREQ(Fecha2(60), "1970/01/01-05:01");
+    EXPECT_STREQ(Fecha2(0), "1970/01/01-05:00");
 }
 
 } // namespace
