@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -17,15 +18,14 @@
 
 namespace {
 
-constexpr int kMaxProfundidad = 10000;
+constexpr rlim_t kMaxProfundidad = 10000;
 constexpr rlim_t kPilaPorNivel = 1024; // more than a level of the recursion takes
 
 /// How deep the recursion may go on the stack that the shell has.
 int ProfundidadPosible() {
-    struct rlimit pila;
-    if (getrlimit(RLIMIT_STACK, &pila) == -1 || pila.rlim_cur / kPilaPorNivel > kMaxProfundidad)
-        return kMaxProfundidad;
-    return static_cast<int>(pila.rlim_cur / kPilaPorNivel);
+    struct rlimit pila = {RLIM_INFINITY, RLIM_INFINITY};
+    getrlimit(RLIMIT_STACK, &pila);
+    return static_cast<int>(std::min(pila.rlim_cur / kPilaPorNivel, kMaxProfundidad));
 }
 
 #ifdef O_SEARCH
@@ -43,18 +43,15 @@ struct Nivel {
     ino_t inodo = 0;
 };
 
-/// Closes the directories above `nivel`, to be opened again on the way up. Returns whether there were any.
-bool CerrarAntepasados(const Nivel *nivel) {
-    bool alguno = false;
+/// Closes the directories above `nivel`, to be opened again on the way up.
+void CerrarAntepasados(const Nivel *nivel) {
     for (Nivel *n = nivel->padre; n && n->dir.Abierto(); n = n->padre) {
         struct stat st;
         if (fstat(n->dir.df(), &st) == -1) break;
         n->dispositivo = st.st_dev;
         n->inodo = st.st_ino;
         n->dir.Cerrar();
-        alguno = true;
     }
-    return alguno;
 }
 
 /// Opens again the directory above `hijo`, at its start. Somebody may have moved `hijo` elsewhere: the
@@ -73,8 +70,10 @@ int Vaciar(Nivel *nivel);
 int BorrarSubdirectorio(Nivel *nivel, const char *nombre) {
     if (nivel->profundidad >= ProfundidadPosible()) return Fallo(ENAMETOOLONG);
     Directorio dir = AbrirDirectorioEn(nivel->dir.df(), nombre);
-    if (!dir.Abierto() && (errno == EMFILE || errno == ENFILE) && CerrarAntepasados(nivel))
+    if (!dir.Abierto() && (errno == EMFILE || errno == ENFILE)) {
+        CerrarAntepasados(nivel);
         dir = AbrirDirectorioEn(nivel->dir.df(), nombre);
+    }
     if (!dir.Abierto()) return -1;
     Nivel hijo = {nivel, std::move(dir)};
     if (Vaciar(&hijo) == -1) return -1;

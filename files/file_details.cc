@@ -21,11 +21,11 @@ namespace {
 constexpr size_t kTamLinea = 4096;
 constexpr size_t kTamEnlace = 1024; // the target of a link
 
-/// snprintf of the line that says why there are no details. A name as long as a line is cut, not the reason.
-int FormarError(char *linea, const char *nombre, const char *motivo) {
+/// Forms the line that says why there are no details. A name as long as a line is cut, not the reason.
+void FormarError(char *linea, const char *nombre, const char *motivo) {
     static constexpr char kInicio[] = " ****error al acceder a ";
     const size_t cabe = kTamLinea - sizeof kInicio - strlen(":") - strlen(motivo);
-    return snprintf(linea, kTamLinea, "%s%.*s:%s", kInicio, static_cast<int>(cabe), nombre, motivo);
+    snprintf(linea, kTamLinea, "%s%.*s:%s", kInicio, static_cast<int>(cabe), nombre, motivo);
 }
 
 /// snprintf of the line in the form that is asked for.

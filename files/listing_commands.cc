@@ -49,10 +49,7 @@ void ListarNombres(char *args[], int conocidas, int recursion) {
     OpcionesListado o;
     o.rec = recursion;
     char **nombres = LeerOpciones(args, conocidas, &o);
-    if (!*nombres) {
-        PrintDirActual();
-        return;
-    }
+    if (!*nombres) PrintDirActual();
     IniciarDetalles();
     for (; *nombres; nombres++) {
         if (!EsDirectorio(*nombres))
@@ -67,10 +64,7 @@ void ListarNombres(char *args[], int conocidas, int recursion) {
 void Cmd_stat(char *args[]) {
     OpcionesListado o;
     char **nombres = LeerOpciones(args, kSoloComunes, &o);
-    if (!*nombres) {
-        PrintDirActual();
-        return;
-    }
+    if (!*nombres) PrintDirActual();
     IniciarDetalles();
     for (; *nombres; nombres++) ImprimirDetalles(*nombres, o);
 }

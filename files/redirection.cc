@@ -38,7 +38,7 @@ int inicializadaredireccion;
 void Sustituir(int estandar, int df) {
     close(estandar);
     const int nuevo = dup(df);
-    if (nuevo == estandar || nuevo == -1) return;
+    if (nuevo == estandar) return;
     // A lower standard descriptor was closed too, and dup took that one.
     fcntl(df, F_DUPFD, estandar);
     close(nuevo);
@@ -105,7 +105,7 @@ int DoRedir(int flujo, const char *fichero) {
 
 int UndoRedir(int flujo) {
     FlujoEstandar *f = &redstruct[flujo];
-    if (f->descriptor == -1 || !f->nombre) return -1;
+    if (!f->nombre) return -1;
     if (!DescriptorEnUso(f->copia)) return -1; // closing the stream now would lose it for good
     free(f->nombre);
     f->nombre = nullptr;
@@ -119,7 +119,7 @@ int UndoRedir(int flujo) {
 void ShowRedir() {
     for (int i = 0; i < kNumFlujos; i++) {
         const FlujoEstandar &f = redstruct[i];
-        if (!DescriptorRedireccion(i) || f.descriptor == -1) continue;
+        if (!DescriptorRedireccion(i)) continue;
         Imprimir("%s estandar en fichero %s (%d) \n", kNombresFlujos[i],
                  f.nombre ? f.nombre : "configuracion original", f.fichero);
     }

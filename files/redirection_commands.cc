@@ -49,7 +49,6 @@ void Cmd_initredir(char *[]) {
 }
 
 void Cmd_clearredir(char *[]) {
-    SincronizarES();
     if (HayRedireccion())
         ClearRedir();
     else
