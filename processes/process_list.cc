@@ -32,8 +32,7 @@ void ImprimirLinea(const RegistroProceso *registro, const char *usuario) {
 
 /// Whether the system has news of some child; they stay there for waitpid.
 bool HayNoticias() {
-    siginfo_t info;
-    info.si_pid = 0;
+    siginfo_t info; // of none, its pid is 0
     return waitid(P_ALL, 0, &info, WEXITED | WSTOPPED | WCONTINUED | WNOHANG | WNOWAIT) == 0 &&
            info.si_pid != 0;
 }

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -35,9 +36,7 @@ int PathAddPath() {
     const char *path = getenv("PATH");
     if (!path) return 0;
     char copia[kTamPath];
-    const size_t n = strnlen(path, sizeof copia - 1);
-    memcpy(copia, path, n);
-    copia[n] = '\0';
+    snprintf(copia, sizeof copia, "%s", path);
     int campos = 0;
     char *resto = nullptr;
     for (char *dir = strtok_r(copia, ":", &resto); dir; dir = strtok_r(nullptr, ":", &resto)) {

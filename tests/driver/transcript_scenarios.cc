@@ -102,9 +102,8 @@ TEST_P(Sessions, Print) {
             o.entorno.push_back(Completar(resto));
         else if (nombre == "refuse") {
             const size_t blanco = resto.find(' ');
-            for (const string &v : {"FALLAR=" + resto.substr(0, blanco), "VEZ=" + resto.substr(blanco + 1)})
-                o.entorno.push_back(v);
-            o.entorno.push_back("INFORME=/dev/null");
+            o.entorno.insert(o.entorno.end(), {"FALLAR=" + resto.substr(0, blanco),
+                                               "VEZ=" + resto.substr(blanco + 1), "INFORME=/dev/null"});
             o.preload += ":" FAILING_CALLS_SHIM;
         }
     }

@@ -3,12 +3,14 @@
 #include "memfs/file_system.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <random>
 
+#include "memfs/disk_transfer.h"
 #include "memfs/file_copy.h"
 #include "memory/block_list.h"
 #include "tests/driver/session.h"
@@ -168,6 +170,7 @@ TEST(MemFS, ASpoiledSFIsValidByItsHeaderAndTakesNoOperationOutsideItsBlock) {
                  {"offset that leaves no room", kTres + kDespl, 14420, 1, 0, EIO, 0},
                  {"a gap between files", kTres + kDespl, 7000, 1, 0, 0, 0},
                  {"block without the last entry", 20, 0, 1, EIO, EIO, EIO, kTres + 271},
+                 {"in no block", 20, 0, 1, EIO, EIO, EIO, kSinTamano},
                  {"block without the last file", 20, 0, 1, 0, EIO, EIO, 1664 + 300}};
     for (const auto &fila : filas) {
         SCOPED_TRACE(fila.que);
@@ -206,6 +209,16 @@ TEST(MemFS, AMoveAccountsForTheBytesPlacedAndLeavesNoCopyWhenTheSourceStays) {
     EXPECT_EQ(MoverFicheroSF({kSFDisco, corto}, b.Id("x")) == -1 ? errno : 0, EBUSY); // as if it had grown
     EXPECT_EQ(MoverFicheroSF({kSFDisco, largo}, b.Id("x")) == -1 ? errno : 0, EPERM);
     Comparar(b, {6, 14720 - bytes.size(), {{"corto", bytes}, {"largo", ""}}});
+}
+
+TEST(DiskTransfer, IsOfTheWholeFileOrFails) {
+    DirectorioTemporal dir;
+    constexpr size_t kPagina = 65536, kGrande = (1UL << 30) + 5; // more than one call moves
+    EscribirFichero(dir / "f", string(2 * kPagina, 'x'));
+    void *lugar = mmap(nullptr, kGrande, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    ASSERT_EQ(mprotect(lugar, kPagina, PROT_READ | PROT_WRITE), 0);
+    EXPECT_EQ(LeerFicheroDisco((dir / "f").c_str(), lugar, 2 * kPagina) == -1 ? errno : 0, EFAULT);
+    EXPECT_EQ(EscribirFicheroDisco("/dev/null", lugar, kGrande, 1), static_cast<long>(kGrande));
 }
 
 TEST(FormatearSF, RefusesWhatItCannotHold) {
