@@ -12,6 +12,9 @@ TEST(Inspection, ALongTextIsCopiedWhole) {
     s.Seguir({{"stringcopy " + a + " " + largo, "Copiando " + largo + " en " + a + "\n"},
               {"writefile g " + a + " 4001", "~*"}});
     EXPECT_EQ(LeerFichero(s / "g"), largo + '\0');
+    // What is emptied may be what the shell prints to.
+    const Resultado r = Ejecutar("authors -l\nwritefile -o /dev/fd/1 0 0\n", {.ficheros = true});
+    EXPECT_FALSE(Contiene(r.salida, "autor1")) << r.salida;
 }
 
 TEST(Inspection, AFaultInTheMiddleOfADumpLosesNoEarlierRow) {

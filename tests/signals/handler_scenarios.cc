@@ -92,10 +92,8 @@ TEST(Handler, AStormOfSignalsLosesAndMixesNoLine) {
 }
 
 TEST(Handler, ANoticeThatCannotBeWrittenIsTheLastWhereItWouldBringTheNext) {
-    EXPECT_EQ(Ejecutar("sighandler -show -Frestart XFSZ\nhelp -all\nexit\n",
-                       {.ficheros = true, .antesDeExec = Limitar<RLIMIT_FSIZE, 300>})
-                  .estado,
-              0);
+    const Opciones o{.ficheros = true, .antesDeExec = Limitar<RLIMIT_FSIZE, 300>};
+    EXPECT_EQ(Ejecutar("sighandler -show -Frestart XFSZ\nhelp -all\nexit\n", o).estado, 0);
 }
 
 TEST(Handler, ASignalThatWasWaitingComesAfterAllThatWasPrinted) {
