@@ -20,10 +20,9 @@ TEST(Inspection, ALongTextIsCopiedWhole) {
 TEST(Inspection, AFaultInTheMiddleOfADumpLosesNoEarlierRow) {
     SALTAR_SI_SANEADO();
     const auto pagina = static_cast<size_t>(sysconf(_SC_PAGESIZE));
-    // The row that crosses into the missing page is a whole one, the rest, the first there or there by a
-    // byte.
-    const size_t filas[][2] = {
-        {0, 2 * pagina}, {0, pagina / 25 * 25 + 24}, {pagina % 25, pagina}, {pagina % 25 + 1, pagina}};
+    // Into the missing page reaches a whole row, the rest; a row begins there, or ends by a byte.
+    const size_t n1 = pagina + 50, n2 = pagina / 25 * 25 + 24, justo = pagina % 25;
+    const size_t filas[][2] = {{0, n1}, {0, n2}, {justo, n1}, {justo + 1, n1}};
     for (const auto &[desde, n] : filas) {
         Sesion s;
         EscribirFichero(s / "f", std::string(2 * pagina, 'm'));
