@@ -64,14 +64,11 @@ int Proceso(char *linea[], int segundoPlano, const char *usuario, const int *pri
     const bool detras = ComprobarSegundoPlano(linea) || segundoPlano;
     const pid_t pid = Bifurcar();
     if (pid == 0) EjecutarHijo(linea, detras, usuario, prioridad);
-    if (pid == -1) {
-        // Nothing to wait for or to record; the user is told why the program did not run.
+    if (pid == -1)
         InformarError("Imposible crear proceso");
-        return -1;
-    }
-    if (detras)
+    else if (detras)
         MeterProceso(&LP, pid, usuario ? UidUsuario(usuario) : getuid(), linea); // unrecorded when LP is full
     else
         EsperarHijo(pid);
-    return 0;
+    return pid == -1 ? -1 : 0;
 }
