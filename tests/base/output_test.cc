@@ -40,9 +40,11 @@ TEST(Output, AFullBufferGoesOutUpToTheLineThatIsBeingFormed) {
         const SalidaAFichero salida;
         // No room for what Imprimir may need; as much as there is behind it comes all the same.
         const string lineas = string(65'000 - resto, 'a') + "\n", linea(resto, 'b');
+        const char *principio = ReservarSalida(0);
         EscribirTexto((lineas + linea).c_str());
         EXPECT_EQ(salida.Escrito(), "") << resto;
         errno = E2BIG;
+        EXPECT_LE(ReservarSalida(kMaxReserva) + kMaxReserva, principio + 65'536);
         Imprimir("%s\n", string(kMaxReserva, 'c').c_str()); // one less is the most
         EXPECT_EQ(errno, E2BIG);
         EXPECT_EQ(salida.Escrito(), resto > 32'768 ? lineas + linea : lineas) << resto;

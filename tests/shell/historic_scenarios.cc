@@ -27,6 +27,8 @@ TEST(Historic, AnEntryWrittenOverByTheUserDoesNotWriteOverTheShell) {
     const unsigned long cont = Valor(s.Dir("malloc 60000")) - Valor(ultima);
     s.Linea("memfill " + ultima + " " + std::to_string(cont + 20000) + " 65");
     EXPECT_TRUE(s.Linea("historic 201").starts_with("Ejecutando hist (201): AAAA"));
+    s.Linea("memfill " + ultima + " " + std::to_string(cont + 20000) + " 32");
+    EXPECT_TRUE(s.Linea("historic 201").ends_with(" \nNada que ejecutar en el elemento 201 del historico\n"));
 }
 
 } // namespace

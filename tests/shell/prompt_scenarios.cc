@@ -79,6 +79,7 @@ TEST(Prompt, NamesNoUnknownUser) {
     SALTAR_SIN_SER_ROOT();
     Sesion desconocido({.uid = Ordinario()});
     EXPECT_EQ(Generado(&desconocido, "%u"), "UnknownUser");
+    EXPECT_TRUE(kSaneado || Generado(&desconocido, "%D") == desconocido.ruta()) << "and no home to shorten";
     Sesion s({.directorio = "/tmp"});
     s.Linea("setuid -l nobody"); // whose home does not exist
     EXPECT_EQ(Generado(&s, "%u%D"), "nobody/tmp");
