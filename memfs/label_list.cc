@@ -53,8 +53,8 @@ int AniadirLabel(ListaLabel *lista, const char *label, void *dir) {
 
 int BuscarLabel(const ListaLabel *lista, const char *label) {
     const Clave clave = ClaveDe(label);
-    for (int i = 0; i < kMaxLabels; i++)
-        if (ClaveDe(lista->entradas[i]) == clave) return i;
+    for (const EntradaLabel &entrada : lista->entradas)
+        if (ClaveDe(entrada) == clave) return static_cast<int>(&entrada - lista->entradas);
     return -1;
 }
 

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -52,11 +53,8 @@ int doRedirExec(char *linea[], int df, char marca) {
 }
 
 int ComprobarRedireccionExec(char *linea[]) {
-    int primera = kSinRedireccion;
-    for (int df = 0; df <= 2; df++) {
-        const int pos = doRedirExec(linea, df, "<>*"[df]);
-        if (pos < primera) primera = pos;
-    }
+    int primera = kSinRedireccion, df = 0;
+    for (const char marca : {'<', '>', '*'}) primera = std::min(primera, doRedirExec(linea, df++, marca));
     return primera;
 }
 

@@ -77,7 +77,6 @@ TEST(Jobs, EndWithTheirStatusAndLeaveTheListWhenAsked) {
               {"job " + pid, lista},
               {"job 1", lista},
               {"job", lista},
-              {"deljobs", lista},
               {"deljobs -sig", lista},
               {"changevar -p TZ AAA-12:30", ""}});
     EXPECT_NE(s.Linea("job " + pid), lista);
@@ -87,6 +86,7 @@ TEST(Jobs, EndWithTheirStatusAndLeaveTheListWhenAsked) {
               {"listjobs", ""}, // the jobs are the parent's
               {"exit", ""},
               {"deljobs -all", ""},
+              {"job " + pid, ""},
               {"backas nosuchuser /bin/true", "~*"}});
     ListarHasta(&s, "* uid -000001 p=-1 *");
     s.Linea("deljobs -clear");
