@@ -168,7 +168,9 @@ TEST(MemFS, ASpoiledSFIsValidByItsHeaderAndTakesNoOperationOutsideItsBlock) {
                  {"size of a file deleted", kUno + kTam, 14721, 1, 0, 0, EIO},
                  {"size of a file moved", kTres + kTam, 14720 - 299, 1, 0, EIO, EIO},
                  {"offset that leaves no room", kTres + kDespl, 14420, 1, 0, EIO, 0},
-                 {"a gap between files", kTres + kDespl, 7000, 1, 0, 0, 0},
+                 {"the last size that can be moved", kTres + kTam, 14420, 1, 0, EIO, 0},
+                 {"files that overlap and fill it when moved", kDos + kTam, 14420, 1, 0, 0, 0},
+                 {"a gap between files that leaves just the room", kTres + kDespl, 14120, 1, 0, 0, 0},
                  {"block without the last entry", 20, 0, 1, EIO, EIO, EIO, kTres + 271},
                  {"in no block", 20, 0, 1, EIO, EIO, EIO, kSinTamano},
                  {"block without the last file", 20, 0, 1, 0, EIO, EIO, 1664 + 300}};
