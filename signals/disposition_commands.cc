@@ -62,7 +62,10 @@ void Cmd_sigunmask(char *args[]) {
 }
 
 void Cmd_sigprocmask(char *args[]) {
-    if (!args[0]) MostrarSenalesEnmascaradas();
+    if (!args[0]) {
+        MostrarSenalesEnmascaradas();
+        return;
+    }
     int operacion = SIG_BLOCK;
     while (*args && LeerOperacion(*args, &operacion)) args++;
     sigset_t senales;

@@ -52,6 +52,7 @@ int InstalarManejadorSenal(int senal, void (*manejador)(int), int flags, const s
     struct sigaction accion = {};
     accion.sa_handler = manejador;
     accion.sa_flags = flags;
+    sigemptyset(&accion.sa_mask);
     if (mascara) accion.sa_mask = *mascara;
     if (sigaction(senal, &accion, nullptr) == -1) return -1;
     const bool tieneManejador = manejador != SIG_DFL && manejador != SIG_IGN;
