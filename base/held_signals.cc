@@ -59,10 +59,6 @@ void RetenerAlVolcar(int sig, bool imprime, bool unaVez) {
     default: break;
     }
     if (!imprime && !hayRetenidas_) return;
-    if (!hayRetenidas_) {
-        sigemptyset(&retenidas_);
-        sigemptyset(&deUnaVez_);
-    }
     (imprime && unaVez ? sigaddset : sigdelset)(&deUnaVez_, sig);
     (imprime ? sigaddset : sigdelset)(&retenidas_, sig);
     if (imprime && unaVez) hayDeUnaVez_ = 1;

@@ -128,7 +128,6 @@ void EscribirBytes(const void *bytes, size_t n) {
 void EscribirTexto(const char *texto) { EscribirBytes(texto, strlen(texto)); }
 
 void Imprimir(const char *formato, ...) {
-    const int motivo = errno;
     va_list args;
     va_start(args, formato);
     char *sitio = ReservarSalida(kMaxReserva);
@@ -136,7 +135,6 @@ void Imprimir(const char *formato, ...) {
     va_end(args);
     if (n > 0)
         ConfirmarSalida(static_cast<size_t>(n) < kMaxReserva ? static_cast<size_t>(n) : kMaxReserva - 1);
-    errno = motivo;
 }
 
 void VolcarSalida() {

@@ -118,7 +118,7 @@ void Cmd_help(char *args[]) {
 }
 
 int PideAyuda(char *palabras[]) {
-    if (!palabras[0] || !palabras[1]) return 0;
+    if (!palabras[1]) return 0;
     if (strcmp(palabras[1], "-help") != 0 && strcmp(palabras[1], "-?") != 0) return 0;
     // The list that help receives begins at the first word, so what stands before it is laid out here:
     // "help", by which the line "-lt -help" gets the English names.

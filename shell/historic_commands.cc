@@ -31,11 +31,9 @@ void RepeatHistoric(int n) {
     // An entry was a line, but it lies where the user may since have written over its end.
     snprintf(linea, sizeof linea, "%s", entrada);
     Imprimir("Ejecutando hist (%d): %s\n", n, linea);
-    if (TrocearCadena(linea, palabras) == 0) {
+    if (TrocearCadena(linea, palabras) == 0)
         Imprimir("Nada que ejecutar en el elemento %d del historico\n", n);
-        return;
-    }
-    if (loopHistoric <= kMaxRepeticiones)
+    else if (loopHistoric <= kMaxRepeticiones)
         ProcesarEntrada(palabras);
     else
         EscribirTexto("Demasiada recursion en hist\n");

@@ -14,7 +14,7 @@
 #include "shell/commands.h"
 #include "shell/executable_date.h"
 
-time_t FechaEjecutable = -1;
+time_t FechaEjecutable;
 
 namespace {
 

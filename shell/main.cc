@@ -47,7 +47,6 @@ bool HayPalabra(const char *linea) { return linea[strspn(linea, " \t\n")] != '\0
 /// Returns 0, or the reason why the line is not in the historic.
 int GuardarEnHistorico(char *linea) {
     if (char *salto = strchr(linea, '\n')) *salto = '\0';
-    errno = 0;
     return HistoricAdd(linea) == -1 ? errno : 0;
 }
 

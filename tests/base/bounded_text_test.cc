@@ -16,10 +16,10 @@ TEST(BoundedText, FormsDigitsSignsAndColumns) {
         texto.Poner("|");
     }
     texto.PonerNumero(5, 2, '0');
-    texto.PonerNumero(-5, 4);
+    texto.PonerNumero(-1, 4);
     texto.PonerNumero(12345, 4);
     texto.PonerDireccion(reinterpret_cast<void *>(0x10fa));
-    EXPECT_STREQ(lugar, "0|907|-9223372036854775808|05  -5123450x10fa");
+    EXPECT_STREQ(lugar, "0|907|-9223372036854775808|05  -1123450x10fa");
 }
 
 TEST(BoundedText, IsCutWhereItsRoomEndsAndTellsIt) {

@@ -14,6 +14,16 @@ void PonerZona(const char *zona) {
     LeerZonaHoraria();
 }
 
+TEST(Dates, TheZoneIsThatOfTheLastLook) {
+    PonerZona("UTC0");
+    EXPECT_STREQ(Fecha2(0), "1970/01/01-00:00");
+    setenv("TZ", "AAA-5", 1);
+    EXPECT_STREQ(Fecha2(60), "1970/01/01-00:01");
+    LeerZonaHoraria();
+    EXPECT_STREQ(Fecha2(60), "1970/01/01-05:01");
+    EXPECT_STREQ(Fecha2(0), "1970/01/01-05:00");
+}
+
 TEST(Dates, ShowYearsWholeAndSecondsWhereThereIsNoYear) {
     PonerZona("UTC0");
     static constexpr struct {
@@ -23,15 +33,12 @@ TEST(Dates, ShowYearsWholeAndSecondsWhereThereIsNoYear) {
         {1709647629,
          {"2024/03/05-14:07", "05/03/2024", "14:07:09", "2024/03/05 14:07:9", "Mar  5 14:07",
           "Tue Mar  5 14:07:09 2024"}},
-        {327416976545,
-         {"12345/06/07-08:09", "07/06/12345", "08:09:05", "12345/06/07 08:09:5", "Jun  7 08:09",
-          "Thu Jun  7 08:09:05 12345"}},
+        {-51266447455,
+         {" 345/06/07-08:09", "07/06/0345", "08:09:05", " 345/06/07 08:09:5", "Jun  7 08:09",
+          "Thu Jun  7 08:09:05 345"}},
         {67768036191676799, // the last one whose years since 1900 an int holds
          {"2147485547/12/31-23:59", "31/12/2147485547", "23:59:59", "2147485547/12/31 23:59:59",
           "Dec 31 23:59", "Wed Dec 31 23:59:59 2147485547"}},
-        {-67768040609740800, // the first one
-         {"-2147481748/01/01-00:00", "01/01/-2147481748", "00:00:00", "-2147481748/01/01 00:00:0",
-          "Jan  1 00:00", "Thu Jan  1 00:00:00 -2147481748"}},
         {LONG_MAX,
          {"9223372036854775807", "9223372036854775807", "9223372036854775807", "9223372036854775807",
           "9223372036854775807", "9223372036854775807"}},
@@ -40,16 +47,6 @@ TEST(Dates, ShowYearsWholeAndSecondsWhereThereIsNoYear) {
                                              fecha,  ponFecha,     TextoFecha};
     for (const auto &fila : filas)
         for (int i = 0; i < 6; i++) EXPECT_STREQ(formas[i](fila.cuando), fila.textos[i]) << fila.cuando;
-}
-
-TEST(Dates, TheZoneIsThatOfTheLastLook) {
-    PonerZona("UTC0");
-    EXPECT_STREQ(Fecha2(0), "1970/01/01-00:00");
-    setenv("TZ", "AAA-5", 1);
-    EXPECT_STREQ(Fecha2(60), "1970/01/01-00:01");
-    LeerZonaHoraria();
-    EXPECT_STREQ(Fecha2(60), "1970/01/01-05:01");
-    EXPECT_STREQ(Fecha2(0), "1970/01/01-05:00");
 }
 
 } // namespace

@@ -36,22 +36,42 @@ struct SalidaAFichero {
 };
 
 TEST(Output, AFullBufferGoesOutUpToTheLineThatIsBeingFormed) {
-    for (const size_t resto : {0, 1, 30'000, 33'000}) {
+    for (const size_t resto : {0, 1, 32'768, 33'000}) {
         const SalidaAFichero salida;
         // No room for what Imprimir may need; as much as there is behind it comes all the same.
-        const string lineas = string(65'000 - resto, 'a') + "\n", linea(resto, 'b');
+        const string lineas = string(65'535 - resto, 'a') + "\n", linea(resto, 'b'); // 64 KiB
         const char *principio = ReservarSalida(0);
         EscribirTexto((lineas + linea).c_str());
         EXPECT_EQ(salida.Escrito(), "") << resto;
         errno = E2BIG;
         EXPECT_LE(ReservarSalida(kMaxReserva) + kMaxReserva, principio + 65'536);
-        Imprimir("%s\n", string(kMaxReserva, 'c').c_str()); // one less is the most
+        Imprimir("%s\n", string(kMaxReserva - 1, 'c').c_str()); // there is no room for the newline
         EXPECT_EQ(errno, E2BIG);
         EXPECT_EQ(salida.Escrito(), resto > 32'768 ? lineas + linea : lineas) << resto;
         VolcarSalida();
         EXPECT_EQ(salida.Escrito(), lineas + linea + string(kMaxReserva - 1, 'c')) << resto;
         EXPECT_EQ(errno, E2BIG);
     }
+}
+
+TEST(Output, ARefusalLeavesTheReasonThatTheCallerHas) {
+    int intactos = 0;
+    {
+        const SalidaAFichero salida;
+        const int previa = dup(2);
+        for (const int df : {1, 2}) close(df);
+        const auto contar = [&intactos] { intactos += errno == E2BIG; };
+        errno = E2BIG;
+        EscribirTexto(string(70'000, 'x').c_str());
+        contar();
+        VolcarSalida();
+        contar();
+        InformarError("x");
+        contar();
+        dup2(previa, 2);
+        close(previa);
+    }
+    EXPECT_EQ(intactos, 3);
 }
 
 TEST(Output, EverythingIsWrittenWhereAPartAtATimeFindsRoom) {

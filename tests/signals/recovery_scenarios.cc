@@ -35,12 +35,12 @@ TEST(Recovery, AJumpOutOfAHandlersWriteLetsTheHeldSignalsGo) {
     SALTAR_SIN_PROC(); // to tell when the program sleeps
     Sesion s({.antesDeExec = EstrecharSalida});
     for (const char *linea : {"protectsegv", "sigdefault TERM", "limitresend 150", // more than the pipe holds
-                              "sighandler -show -resend -Frestart USR1", "sighandler -show -Frestart USR2"})
+                              "sighandler -show -resend -Frestart USR1", "sighandler -show -Frestart HUP"})
         s.Linea(linea);
     kill(s.pid(), SIGUSR1);
     s.EsperarEscrituraParada(3968);
     EXPECT_TRUE(Contiene(LeerFichero("/proc/" + std::to_string(s.pid()) + "/status"),
-                         "\nSigBlk:\t0000000000000a00\n"));
+                         "\nSigBlk:\t0000000000000201\n"));
     kill(s.pid(), SIGSEGV);
     s.Esperar("Shell restaurado a su estado al pricipio de main\n");
     s.EsperarPrompt();
@@ -49,6 +49,9 @@ TEST(Recovery, AJumpOutOfAHandlersWriteLetsTheHeldSignalsGo) {
     s.Esperar("  SENALES ENMASCARADAS: ");
     const std::string bloqueadas = s.Esperar("\n");
     EXPECT_TRUE(bloqueadas == "USR1 SEGV \n" || bloqueadas == "SEGV \n") << bloqueadas;
+    s.EsperarPrompt();
+    for (const char *linea : {"protectfpe", "sigmask HUP", "fpe"}) s.Linea(linea); // a jump from elsewhere
+    EXPECT_TRUE(Contiene(s.Linea("sigmask"), "HUP"));
 }
 
 TEST(Recovery, AJumpOutOfAWriteThatWaitsPrintsEachByteOnce) {
@@ -132,6 +135,10 @@ TEST(UseSignals, DecidesWhetherAnInterruptedReadEndsTheShell) {
             t.Esperar("listo%>");
         }
     }
+    t.Enviar("\x04");
+    std::string resto;
+    t.EsperarFin(&resto);
+    EXPECT_EQ(resto, "");
 }
 
 } // namespace
