@@ -92,6 +92,7 @@ TEST(Output, EverythingIsWrittenWhereAPartAtATimeFindsRoom) {
     int estado;
     EXPECT_TRUE(waitpid(pid, &estado, 0) == pid && estado == 0);
     EXPECT_EQ(EscribirTodo(-1, "x", 1) == -1 ? errno : 0, EBADF);
+    EXPECT_EQ(EscribirAlgo(1, "", 0), 0);
 }
 
 } // namespace

@@ -68,7 +68,7 @@ TEST(Environment, NamesAndTextsStayWithinTheirRoom) {
     s.Seguir({{"changevar -e " + n510 + " 2", ""},
               {"changevar -e " + n511 + " 2", demasiado},
               {"changevar -p " + n511 + " 2", demasiado},
-              {"changevarWrong -e -ms T " + v509, "~T MAL * estatica\n"}, // 511 characters
+              {"changevarWrong -e -ms T " + v509, "~T MAL * estatica\n"},  // 511 characters
               {"changevarWrong -e -mo LARGA " + v509, "~*\n" + demasiado}, // with its name, 515
               {"changevarWrong -e -mo SITIO 01234567890", "~*\n" + kNoCambia + "No space left on device\n"},
               {"changevarWrong -a -mo SITIO abcdefghij", "~SITIO MAL * original\n"}});

@@ -14,7 +14,7 @@
 namespace {
 
 TEST(Variables, AreFoundAndChangedInTheirPlaceAndTheReasonIsTold) {
-    putenv(const_cast<char *>("PUESTA=0"));  // the library's own array is made only once
+    putenv(const_cast<char *>("PUESTA=0"));      // the library's own array is made only once
     const std::string valor(2001, 'v');          // more than is kept at hand once it has been released
     const std::string puesto = "LARGO=" + valor; // made before the heap is measured
     const size_t antes = mallinfo2().uordblks;
