@@ -32,8 +32,10 @@ TEST(Labels, AreAtMost2047) {
     s.Seguir({{"assign otro 9", "Imposible aniadir assign: No space left on device\n"},
               {"assign 2046 abc", ""}, // in place of its address
               {"assign -del 0", ""},
+              {"assign -del 2044", ""},
               {"assign", "~LABEL:        1, ADDR: 0x1001 \nLABEL:        2, ADDR: 0x1002 \n*\n"
-                         "LABEL:     2045, ADDR: 0x17fd \nLABEL:     2046, ADDR: 0xabc \n"}});
+                         "LABEL:     2043, ADDR: 0x17fb \nLABEL:     2045, ADDR: 0x17fd \nLABEL:     2046, "
+                         "ADDR: 0xabc \n"}});
 }
 
 } // namespace

@@ -62,13 +62,13 @@ TEST(ProcessList, AFinalRecordTakesNothingFromAnotherChildOfTheSamePid) {
     const pid_t hijo = fork();
     if (hijo == 0) _exit(9);
     RegistroProceso viejo = {hijo, 0, TERMINADO, 3, 0, nullptr};
-    RegistroProceso nuevo = {hijo, 0, ACTIVO, 0, 0, nullptr};
+    static ListaProcesos nueva = {{{hijo, 0, ACTIVO, 0, 0, nullptr}}, 1};
     siginfo_t info;
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(hijo), &info, WEXITED | WNOWAIT), 0);
     actualizarProceso(&viejo);
     EXPECT_EQ(viejo.valor, 3);
-    actualizarProceso(&nuevo);
-    EXPECT_EQ(nuevo.valor, 9);
+    EXPECT_EQ(MostrarProcesoPid(&nueva, hijo), 0);
+    EXPECT_EQ(nueva.registros[0].valor, 9);
 }
 
 } // namespace
