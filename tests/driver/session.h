@@ -15,7 +15,7 @@
 
 namespace escenario {
 
-constexpr int kPlazo = 20;
+constexpr int kPlazo = 60;
 constexpr bool kSaneado = SHELL_SANITIZED; ///< the program carries the sanitizers
 
 /// A directory of the test's own, removed with everything in it.
