@@ -32,7 +32,7 @@ int CambiarUsuarioYPrioridad(const char *usuario, const int *prioridad) {
 }
 
 /// The child of Proceso: the program, or the reason why not.
-void EjecutarHijo(char *linea[], bool segundoPlano, const char *usuario, const int *prioridad) {
+[[noreturn]] void EjecutarHijo(char *linea[], bool segundoPlano, const char *usuario, const int *prioridad) {
     if (segundoPlano && setsid() == -1) InformarError("error al crear una sesion");
     exec(linea, usuario, prioridad);
     InformarError("No ejecutado");
