@@ -54,24 +54,30 @@ TEST(Output, AFullBufferGoesOutUpToTheLineThatIsBeingFormed) {
     }
 }
 
-TEST(Output, ARefusalLeavesTheReasonThatTheCallerHas) {
+TEST(Output, ARefusalIsToldOfAndLeavesTheReasonThatTheCallerHas) {
     int intactos = 0;
+    string aviso;
     {
         const SalidaAFichero salida;
         const int previa = dup(2);
-        for (const int df : {1, 2}) close(df);
+        dup2(1, 2);
+        close(1);
         const auto contar = [&intactos] { intactos += errno == E2BIG; };
         errno = E2BIG;
         EscribirTexto(string(70'000, 'x').c_str());
         contar();
+        aviso = salida.Escrito();
+        errno = E2BIG;
         VolcarSalida();
         contar();
+        close(2);
         InformarError("x");
         contar();
         dup2(previa, 2);
         close(previa);
     }
     EXPECT_EQ(intactos, 3);
+    EXPECT_EQ(aviso, "Imposible escribir en la salida estandar: Bad file descriptor\n");
 }
 
 TEST(Output, EverythingIsWrittenWhereAPartAtATimeFindsRoom) {

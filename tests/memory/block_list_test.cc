@@ -9,7 +9,8 @@
 namespace {
 
 TEST(BlockList, FindsTheEarliestAndClosesTheGapOfWhatIsRemoved) {
-    static ListaBloquesMemoria lista;
+    static ListaBloquesMemoria listas[2] = {{{}, 1}, {}}; // what stands before the first slot is no null
+    ListaBloquesMemoria &lista = listas[1];
     char b[5][8];
     EXPECT_EQ(InsertarNodoMalloc(&lista, b[0], 8), 1);
     EXPECT_EQ(InsertarNodoShared(&lista, b[1], 8, -7), 2);
