@@ -44,6 +44,7 @@ TEST(Descriptors, TheOffsetOfTheInputIsThatOfTheLineAfter) {
         Salida("listopen 1\nreadstr 0 5\nabcd\nlseek 0 0 SEEK_END\nwritestr 1 nunca\n", {.ficheros = true}),
         "=descriptor: 0, offset: (20)-> entrada estandar O_RDWR \n"
         "=Leidos 5 bytes del descriptor 0\nabcd\n\n=Descriptor 0 posicionado en 0\n=");
+    EXPECT_TRUE(Salida("dup\n\n", {.ficheros = true}).starts_with("=descriptor: 0, offset: (13)->"));
 }
 
 TEST(Descriptors, ThoseThatDoNotBlockAreWaitedFor) {

@@ -23,6 +23,15 @@ TEST(Input, APipeAFileAndATerminalGiveTheSameBytes) {
     EXPECT_EQ(t.Esperar("listo%>"), "authors -l\n" + kLogins + "listo%>");
 }
 
+TEST(Input, OfAFileIsReadAtTheShellsOwnPlaceWhateverTheBackgroundReads) {
+    const DirectorioTemporal d;
+    EscribirFichero(d / "lee", "until [ -e ya ]; do :; done; exec cat\n");
+    const std::string vacias(100'000, '\n'),
+        salida = Salida("back /bin/sh lee\nmakefile ya\n" + vacias + "authors -l\n",
+                        {.directorio = d.ruta(), .ficheros = true});
+    EXPECT_TRUE(Contiene(salida, kLogins));
+}
+
 TEST(Input, LongLinesArriveInPartsAndOddBytesDoNoHarm) {
     const std::string orden = "authors -l ", entera = orden + std::string(4095 - orden.size(), 'x');
     std::string palabras = "a";
