@@ -91,8 +91,8 @@ int BuscarNodoClave(const ListaBloquesMemoria *lista, int clave, int tipos) {
 
 int BuscarNodoMmap(const ListaBloquesMemoria *lista, const char *fichero) {
     for (int i = 0; i < lista->num; i++) {
-        const NodoBloque *nodo = lista->nodos[i];
-        if ((nodo->tipo & TIPO_MMAP) && nodo->fichero && strcmp(nodo->fichero, fichero) == 0) return i;
+        const char *suyo = lista->nodos[i]->fichero; // mappings alone have one
+        if (suyo && strcmp(suyo, fichero) == 0) return i;
     }
     return -1;
 }

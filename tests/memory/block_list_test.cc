@@ -6,6 +6,8 @@
 
 #include <cerrno>
 
+#include "memory/allocation.h"
+
 namespace {
 
 TEST(BlockList, FindsTheEarliestAndClosesTheGapOfWhatIsRemoved) {
@@ -39,6 +41,15 @@ TEST(BlockList, FindsTheEarliestAndClosesTheGapOfWhatIsRemoved) {
     EXPECT_EQ(TamanoNodoDireccion(&lista, b[3] + 1), kSinTamano);
     VaciarLista(&lista);
     EXPECT_EQ(PrimerElemento(&lista), nullptr);
+}
+
+TEST(BlockList, ABlockOfNoKindIsNotReleased) {
+    static char bloque[8];
+    InsertarNodoMalloc(&L, bloque, sizeof bloque);
+    L.nodos[0]->tipo = 0; // as the user may overwrite it
+    EXPECT_EQ(doDeallocate(bloque), -1);
+    EXPECT_EQ(L.num, 1);
+    VaciarLista(&L);
 }
 
 } // namespace
